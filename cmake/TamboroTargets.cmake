@@ -1,0 +1,48 @@
+# The two kinds of target that the tree is made of, with one set of flags.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+add_library(tamboro_flags INTERFACE)
+target_compile_options(tamboro_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+                                               -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+target_include_directories(tamboro_flags INTERFACE ${CMAKE_SOURCE_DIR}/src)
+if(TAMBORO_SANITIZE STREQUAL "address")
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+elseif(TAMBORO_SANITIZE STREQUAL "thread")
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+endif()
+
+# One folder of src/ is one static library named after it; what follows LINKS is the whole of what it may use.
+function(tamboro_layer name)
+  cmake_parse_arguments(ARG "QT" "" "LINKS" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  add_library(${name} STATIC ${sources})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX OUTPUT_NAME tamboro_${name})
+  target_link_libraries(${name} PUBLIC tamboro_flags ${ARG_LINKS})
+  if(ARG_QT)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_compile_definitions(${name} PUBLIC QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+  endif()
+endfunction()
+
+# One test binary a layer; it runs its cases in one process per case under CTest.
+function(tamboro_test layer)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${layer}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${layer}/*.h)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(test_${layer} ${sources})
+  set_target_properties(test_${layer} PROPERTIES AUTOMOC ON)
+  target_include_directories(test_${layer} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  target_compile_definitions(test_${layer} PRIVATE TAMBORO_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  target_link_libraries(test_${layer} PRIVATE ${layer} ${ARG_LINKS})
+  add_test(NAME ${layer} COMMAND test_${layer})
+  set_tests_properties(${layer} PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 900)
+endfunction()
