@@ -1,0 +1,29 @@
+#include "library/RecordLives.h"
+
+#include <algorithm>
+
+namespace tamboro {
+
+void RecordLives::openCard(const VolumeIdentity& volume, const Path& root) {
+  const auto known = std::find_if(cards_.begin(), cards_.end(),
+                                  [&](const Card& card) { return card.volume == volume && card.root == root; });
+  card_ = static_cast<std::size_t>(known - cards_.begin());
+  if (known == cards_.end()) cards_.push_back({volume, root, {}});
+  now_ = cards_[card_].onCard;
+}
+
+void RecordLives::renew(Kind kind, std::int64_t key) {
+  (kind == Kind::kit ? now_.kits : now_.waves)[key] = ++last_;
+}
+
+void RecordLives::saved(std::size_t card, const State& state) {
+  cards_.at(card).onCard = state;
+}
+
+RecordLives::Life RecordLives::life(Kind kind, std::int64_t key) const {
+  const auto& lives = kind == Kind::kit ? now_.kits : now_.waves;
+  const auto found = lives.find(key);
+  return found == lives.end() ? 0 : found->second;
+}
+
+}  // namespace tamboro

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include "platform/FileSystem.h"
+
+namespace tamboro {
+
+/// Tells the record that a key names now from those that it named before. A deleted kit's slot or a deleted sample's
+/// id is handed out again, and another card has the same keys: an undo handler belongs to one card and one life of
+/// its key and finds nothing else. Lives are numbers that are never used twice; 0 is what the card held when it was
+/// first read.
+class RecordLives {
+ public:
+  enum class Kind { kit, wave };
+  using Life = std::uint64_t;
+
+  /// The lives of all keys that were renewed since the card was first read.
+  struct State {
+    std::map<std::int64_t, Life> kits;
+    std::map<std::int64_t, Life> waves;
+  };
+
+  /// A card has been read: its keys have the lives that were last saved to it.
+  void openCard(const VolumeIdentity& volume, const Path& root);
+  /// The key's record has gone or a new one has taken it.
+  void renew(Kind kind, std::int64_t key);
+  /// The state has been written to the card it was taken from.
+  void saved(std::size_t card, const State& state);
+
+  std::size_t card() const { return card_; }
+  const State& state() const { return now_; }
+  Life life(Kind kind, std::int64_t key) const;
+
+ private:
+  struct Card {
+    VolumeIdentity volume;
+    Path root;
+    State onCard;
+  };
+
+  std::vector<Card> cards_;
+  std::size_t card_ = 0;
+  State now_;
+  Life last_ = 0;
+};
+
+}  // namespace tamboro

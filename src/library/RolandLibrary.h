@@ -1,0 +1,278 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "library/RecordLives.h"
+#include "library/SaveSnapshot.h"
+#include "library/SetAllPadField.h"
+#include "model/WaveUsage.h"
+#include "platform/BackgroundJobs.h"
+#include "platform/Defaults.h"
+#include "platform/FolderPanel.h"
+#include "platform/RepeatingTimer.h"
+#include "platform/UndoManager.h"
+
+namespace tamboro {
+
+/// What the store needs of the desktop; all outlive it.
+struct LibraryServices {
+  FileSystem& files;
+  Defaults& defaults;
+  BackgroundJobs& jobs;
+  Timers& timers;
+  FolderPanel& folderPanel;
+  Path stagingDir;         ///< `tamboro/staging` below the user's generic data folder
+  Path backupDestination;  ///< "Tamboro Backup" in the user's Documents folder
+};
+
+/// The one store of the open card: every screen reads from it and every edit goes through one of its operations. Main
+/// thread only. An operation that doesn't find its key changes nothing and reports nothing. Texts are UTF-8.
+class RolandLibrary : public QObject {
+  Q_OBJECT
+
+ public:
+  using ExportResult = tamboro::ExportResult;
+  /// Called once on the main thread with the failure or with nothing; for a call that is refused at once, before the
+  /// call returns.
+  using Completion = std::function<void(std::exception_ptr error)>;
+
+  enum class Property {
+    kits,
+    waves,
+    tagList,
+    isLoaded,
+    isExporting,
+    lastError,
+    rootPath,
+    pendingDeletions,
+    copiedPads,
+    copiedWaveIndex,
+    selectedKitSlot,
+    selectedPadIndex,
+    recentKitSlots,
+    autoSaveEnabled,
+    autoSaveInterval,
+    backupBeforeSaveEnabled,
+    showingShortcutsHelp
+  };
+
+  static const QString bookmarkKey, recentKitsKey, autoSaveEnabledKey, autoSaveIntervalKey, backupBeforeSaveKey;
+  static constexpr std::size_t maxRecentKits = 5;
+
+  explicit RolandLibrary(const LibraryServices& services, QObject* parent = nullptr);
+  ~RolandLibrary() override;
+
+  // What is published.
+  const std::vector<Kit>& kits() const { return kits_; }
+  const std::vector<Wave>& waves() const { return waves_; }
+  const std::optional<TagList>& tagList() const { return tagList_; }
+  bool isLoaded() const { return isLoaded_; }
+  bool isExporting() const { return isExporting_; }
+  const std::optional<QString>& lastError() const { return lastError_; }
+  const std::optional<QString>& rootPath() const { return rootPath_; }
+  const std::map<WaveId, Wave>& pendingDeletions() const { return pendingDeletions_; }
+  const std::optional<std::map<int, Pad>>& copiedPads() const { return copiedPads_; }
+  std::optional<WaveId> copiedWaveIndex() const { return copiedWaveIndex_; }
+  std::optional<Slot> selectedKitSlot() const { return selectedKitSlot_; }
+  int selectedPadIndex() const { return selectedPadIndex_; }
+  const std::vector<Slot>& recentKitSlots() const { return recentKitSlots_; }
+  bool autoSaveEnabled() const { return autoSaveEnabled_; }
+  double autoSaveInterval() const { return autoSaveInterval_; }
+  bool backupBeforeSaveEnabled() const { return backupBeforeSaveEnabled_; }
+  bool showingShortcutsHelp() const { return showingShortcutsHelp_; }
+  void setCopiedWaveIndex(std::optional<WaveId> id);
+  void setSelectedKitSlot(std::optional<Slot> slot);
+  void setSelectedPadIndex(int index);
+  void setAutoSaveEnabled(bool on);
+  void setAutoSaveInterval(double seconds);
+  void setBackupBeforeSaveEnabled(bool on);
+  void setShowingShortcutsHelp(bool on);
+
+  // Reading.
+  bool hasUnsavedChanges() const;
+  const Kit* kit(Slot slot) const;
+  const Kit* selectedKit() const;
+  std::optional<Pad> selectedPad() const;
+  const Wave* selectedWave() const;
+  const Wave* wave(WaveId id) const;
+  std::string relativeAudioPath(const Wave& wave) const { return wave.relativeAudioPath(); }
+  std::optional<Path> audioURL(const Wave& wave) const;
+  const std::optional<Path>& rootURL() const { return rootURL_; }
+  const Path& defaultBackupDestination() const { return services_.backupDestination; }
+  void setBackupDestinationOverride(std::optional<Path> folder) { backupDestinationOverride_ = std::move(folder); }
+  UndoManager& undoManager() { return undoManager_; }
+
+  // Opening a card. The first three report through `lastError`; `load` throws.
+  void chooseRoot();
+  void restoreFromBookmark();
+  void openDroppedFolder(const Path& location);
+  void load(const Path& location);
+  std::optional<Path> resolveRoot(const Path& location) const;
+
+  // Saving and exporting: one save at a time, a later call waits and then saves what is still unsaved.
+  void save(Completion done);
+  void exportKit(Slot slot, const Path& destination, Completion done);
+  void recordRecentKit(Slot slot);
+
+  // Kits. Those up to exchangePads are undoable as "Kit Change".
+  void setKitLevel(Slot slot, double value);
+  void setKitTempo(Slot slot, double bpm);
+  void setKitName(Slot slot, const std::string& name);
+  void setKitSubName(Slot slot, const std::string& name);
+  void setFxSwitch(Slot slot, int unit, bool on);
+  void setFxType(Slot slot, int unit, std::int64_t type);
+  void setFxParam(Slot slot, int unit, int parameter, std::int64_t value);
+  void exchangePads(Slot slot, int a, int b);
+  std::optional<Slot> createKit(Slot source, bool blank);
+  std::optional<Slot> createBlankKit();
+  std::optional<Slot> nextFreeKitSlot() const;
+  void copyPads(Slot slot);
+  void pasteCopiedPads(Slot slot, const std::optional<std::vector<int>>& indices = std::nullopt);
+  void deleteKit(Slot slot);
+
+  // Pads, undoable as "Pad Change".
+  void setPadSound(Slot slot, int pad, WaveId id);
+  void removePadSound(Slot slot, int pad);
+  void resetPad(Slot slot, int pad);
+  void setPadLevel(Slot slot, int pad, double value);
+  void setPadPan(Slot slot, int pad, double value);
+  void setPadSubLevel(Slot slot, int pad, double value);
+  void setPadSubPan(Slot slot, int pad, double value);
+  void setPadNote(Slot slot, int pad, std::int64_t note);
+  void setPadPoly(Slot slot, int pad, bool poly);
+  void setPadInteger(Slot slot, int pad, const elements::IntegerLeaf& leaf, std::int64_t value);
+  void setPadFlag(Slot slot, int pad, const elements::IntegerLeaf& leaf, bool on);
+  void updatePad(Slot slot, int pad, const std::function<void(Pad&)>& change);
+  void applySettingsToAllPads(Slot slot, int source, const std::set<SetAllPadField>& fields);
+
+  // Samples. The setters are undoable as "Sound Change".
+  void importWave(const Path& source, const std::string& name, std::int64_t tag, Completion done);
+  void duplicateWave(WaveId id, Completion done);
+  void deleteWave(WaveId id);
+  std::vector<WaveUsage> waveUsages(WaveId id) const;
+  void setWaveTag(WaveId id, std::int64_t value);
+  void setWaveTempo(WaveId id, std::int64_t value);
+  void setWaveBeat(WaveId id, std::int64_t value);
+  void setWaveStart(WaveId id, std::int64_t value);
+  void setWaveEnd(WaveId id, std::int64_t value);
+  void setWaveName(WaveId id, const std::string& name);
+
+  // Tags, undoable as "Tag Change".
+  void setTagName(int tag, const std::string& name);
+
+ Q_SIGNALS:
+  /// A published property has changed.
+  void published(tamboro::RolandLibrary::Property property);
+
+ private:
+  // The one edit routine and the kinds of record it serves; RolandLibrary_edit.h.
+  struct KitRecord;
+  struct PadRecord;
+  struct WaveRecord;
+  struct TagListRecord;
+  template<class Record, class Change>
+  std::optional<typename Record::Value> change(const typename Record::Key& key, const Change& change);
+  template<class Record, class Change>
+  void edit(const typename Record::Key& key, const Change& change);
+  template<class Record>
+  void restore(const typename Record::Key& key, const typename Record::Value& snapshot);
+  template<class Record>
+  void registerRestore(const typename Record::Key& key, typename Record::Value snapshot);
+  void editPadLeaf(Slot slot, int pad, const elements::IntegerLeaf& leaf, std::int64_t value);
+  void editWaveLeaf(WaveId id, const elements::IntegerLeaf& leaf, std::int64_t value);
+
+  /// A save under way: its values, the lives they belong to and who waits for its end.
+  struct RunningSave {
+    SaveSnapshot snapshot;
+    std::size_t card;
+    RecordLives::State lives;
+    std::vector<Completion> waiting;
+  };
+  struct Import {
+    Path source;
+    std::string name;
+    std::int64_t tag;
+    Completion done;
+    std::uint64_t loadCount;  ///< the load whose card it was asked for
+  };
+  struct ImportPlace {
+    std::int64_t bank;
+    std::int64_t fileNumber;
+    std::string fileName;
+  };
+
+  template <class Value>
+  void publish(Value& field, Value value, Property property) {
+    if (field == value) return;
+    field = std::move(value);
+    Q_EMIT published(property);
+  }
+  void tryLoad(const Path& location);
+  void startAutoSaveTimer();
+  void autoSaveTick();
+  Kit* findKit(Slot slot);
+  Wave* findWave(WaveId id);
+  SaveSnapshot takeSnapshot() const;
+  void startSave(std::vector<Completion> waiting);
+  void finishSave(const std::shared_ptr<RunningSave>& run, const std::optional<ExportResult>& result,
+                  const std::exception_ptr& error);
+  void applyResult(const RunningSave& run, const ExportResult& result);
+  void applyWave(const SaveSnapshot& snapshot, const Wave& written, const SpdDocument& document);
+  void startNextImport();
+  std::optional<ImportPlace> importPlace(const Path& source) const;
+  std::string freeAudioName(std::int64_t bank, const std::string& wanted) const;
+  void startStaging(const Import& import, const ImportPlace& place);
+  void addImported(const Import& import, const ImportPlace& place, const Path& staged);
+  void removeStaged(const Path& staged);
+  void copySettings(const Wave& original, WaveId copy);
+
+  LibraryServices services_;
+  std::vector<Kit> kits_;
+  std::vector<Wave> waves_;
+  std::optional<TagList> tagList_;
+  bool isLoaded_ = false;
+  bool isExporting_ = false;
+  std::optional<QString> lastError_;
+  std::optional<QString> rootPath_;
+  std::map<WaveId, Wave> pendingDeletions_;
+  std::map<Slot, std::uint64_t> pendingKitDeletions_;  ///< deleted slots, each with the deletion's own number
+  std::optional<std::map<int, Pad>> copiedPads_;
+  std::optional<WaveId> copiedWaveIndex_;
+  std::optional<Slot> selectedKitSlot_;
+  int selectedPadIndex_ = 0;
+  std::vector<Slot> recentKitSlots_;
+  bool autoSaveEnabled_ = true;
+  double autoSaveInterval_ = 30.0;
+  bool backupBeforeSaveEnabled_ = true;
+  bool showingShortcutsHelp_ = false;
+
+  std::optional<Path> rootURL_;
+  VolumeIdentity volume_;
+  KitDocs kitDocs_;
+  WaveDocs waveDocs_;
+  std::optional<SpdDocument> tagListDoc_;
+  StagedFiles stagedAudioFiles_;
+  std::optional<Path> backupDestinationOverride_;
+  UndoManager undoManager_;
+  std::unique_ptr<RepeatingTimer> autoSaveTimer_;
+
+  RecordLives lives_;
+  std::uint64_t loadCount_ = 0;  ///< tells the values of one load from those of another
+  std::set<WaveId> begunWaves_;  ///< pending samples whose files a save has begun to write
+  std::shared_ptr<RunningSave> running_;
+  std::vector<Completion> waitingSaves_;
+  std::deque<Import> imports_;  ///< waiting for the one under way
+  bool isImporting_ = false;
+  WaveId lastImported_ = noWave;
+};
+
+}  // namespace tamboro

@@ -1,0 +1,222 @@
+#include <algorithm>
+#include <cstdio>
+
+#include "library/CardPaths.h"
+#include "library/LibraryError.h"
+#include "library/RolandLibrary_edit.h"
+#include "library/StagingJob.h"
+#include "text/Unicode.h"
+
+namespace tamboro {
+namespace {
+
+std::exception_ptr libraryError(LibraryError::Case which) {
+  return std::make_exception_ptr(LibraryError(which));
+}
+
+/// What FAT refuses in a name becomes "_": characters it has no place for and a blank or a point at the end.
+std::string nameForFat(std::string name) {
+  constexpr std::string_view refused = "\"*/:<>?\\|";
+  constexpr char del = 0x7F;
+  for (char& c : name) {
+    const auto code = static_cast<unsigned char>(c);
+    if (code < 0x20 || c == del || refused.find(c) != std::string_view::npos) c = '_';
+  }
+  if (!name.empty() && (name.back() == ' ' || name.back() == '.')) name.back() = '_';
+  return name;
+}
+
+std::string numbered(const Path& stem, int counter, const Path& extension) {
+  char number[16];
+  std::snprintf(number, sizeof number, "_%02d", counter);
+  return stem.native() + number + extension.native();
+}
+
+}  // namespace
+
+void RolandLibrary::importWave(const Path& source, const std::string& name, std::int64_t tag, Completion done) {
+  if (!rootURL_) return done(libraryError(LibraryError::Case::notLoaded));
+  imports_.push_back({source, name, tag, std::move(done), loadCount_});
+  startNextImport();
+}
+
+/// One after another: an import chooses its id before the copy and takes it afterwards.
+void RolandLibrary::startNextImport() {
+  while (!isImporting_ && !imports_.empty()) {
+    const Import import = std::move(imports_.front());
+    imports_.pop_front();
+    if (import.loadCount != loadCount_) {
+      import.done(libraryError(LibraryError::Case::notLoaded));
+    } else if (const auto place = importPlace(import.source)) {
+      startStaging(import, *place);
+    } else {
+      import.done(libraryError(LibraryError::Case::noFreeSlot));
+    }
+  }
+}
+
+void RolandLibrary::startStaging(const Import& import, const ImportPlace& place) {
+  isImporting_ = true;
+  const Path staged = services_.stagingDir / bankFolder(place.bank) / place.fileName;
+  auto error = std::make_shared<std::exception_ptr>();
+  services_.jobs.start(
+      [source = import.source, staged, error, &files = services_.files] {
+        try {
+          stageAudio(files, source, staged);
+        } catch (...) {
+          *error = std::current_exception();
+        }
+      },
+      [this, import, place, staged, error] {
+        isImporting_ = false;
+        if (!*error && import.loadCount != loadCount_) {
+          removeStaged(staged);
+          *error = libraryError(LibraryError::Case::notLoaded);
+        }
+        if (!*error) addImported(import, place, staged);
+        import.done(*error);
+        startNextImport();
+      });
+}
+
+std::optional<RolandLibrary::ImportPlace> RolandLibrary::importPlace(const Path& source) const {
+  WaveId free = waveId(firstUserBank, 0);
+  for (auto wave = std::lower_bound(waves_.begin(), waves_.end(), free,
+                                    [](const Wave&w, WaveId wanted) { return w.id() < wanted; });
+       wave != waves_.end() && wave->id() <= free; ++wave) {
+    if (wave->id() == free) ++free;
+  }
+  if (free > waveId(lastUserBank, wavesPerBank - 1)) return std::nullopt;
+  const std::int64_t bank = free / wavesPerBank;
+  return ImportPlace{bank, free % wavesPerBank, freeAudioName(bank, nameForFat(source.filename().native()))};
+}
+
+std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& wanted) const {
+  std::set<std::string> taken;
+  const auto take = [&](const Path& file) { taken.insert(fileNameKey(file.filename().native())); };
+  for (auto wave = std::lower_bound(waves_.begin(), waves_.end(), waveId(bank, 0),
+                                    [](const Wave&w, WaveId id) { return w.id() < id; });
+       wave != waves_.end() && wave->bank == bank; ++wave) {
+    take(wave->relativeAudioPath());
+  }
+  // What a running save is still to copy must not be replaced in the staging folder.
+  if (running_) {
+    for (const auto& [id, staged] : running_->snapshot.stagedAudioFiles)
+      take(staged);
+  }
+  try {
+    for (const std::string& name : services_.files.list(*rootURL_ / cardpaths::waveDataFolder(bank)))
+      take(name);
+  } catch (const FileError&) {
+    // A folder that doesn't exist yet holds no names.
+  }
+  const Path name(wanted);
+  std::string candidate = wanted;
+  for (int counter = 1; taken.contains(fileNameKey(candidate)); ++counter) {
+    candidate = numbered(name.stem(), counter, name.extension());
+  }
+  return candidate;
+}
+
+void RolandLibrary::addImported(const Import& import, const ImportPlace& place, const Path& staged) {
+  Wave wave{place.bank, place.fileNumber,
+            newWaveNode(import.name, import.tag, bankFolder(place.bank) + "/" + place.fileName), true, true};
+  const WaveId id = wave.id();
+  waves_.insert(
+      std::upper_bound(waves_.begin(), waves_.end(), id, [](WaveId wanted, const Wave& w) { return wanted < w.id(); }),
+      std::move(wave));
+  stagedAudioFiles_.insert_or_assign(id, staged);
+  lives_.renew(RecordLives::Kind::wave, id);
+  lastImported_ = id;
+  Q_EMIT published(Property::waves);
+}
+
+void RolandLibrary::duplicateWave(WaveId id, Completion done) {
+  const Wave* source = wave(id);
+  if (!source) return done(nullptr);
+  const auto audio = audioURL(*source);
+  if (!audio) return done(libraryError(LibraryError::Case::notLoaded));
+  importWave(*audio, source->name() + " Copy", source->tag(),
+             [this, original = *source, done = std::move(done)](const std::exception_ptr& error) {
+               if (!error) copySettings(original, lastImported_);
+               done(error);
+             });
+}
+
+void RolandLibrary::copySettings(const Wave& original, WaveId copy) {
+  edit<WaveRecord>({copy}, [&](Wave& wave) {
+    for (const elements::IntegerLeaf& leaf :
+         {elements::waveTempo, elements::waveBeat, elements::waveStart, elements::waveEnd}) {
+      leaf.write(wave.node, leaf.read(original.node));
+    }
+  });
+}
+
+void RolandLibrary::deleteWave(WaveId id) {
+  const Wave* found = wave(id);
+  if (!found || found->isFactory()) return;
+  const Wave removed = *found;
+  waves_.erase(waves_.begin() + (found - waves_.data()));
+  // A pending sample leaves no trace, unless a save has begun to write its files: then they may be on the card.
+  const bool isOnCard = !removed.isPending || begunWaves_.contains(id);
+  begunWaves_.erase(id);
+  const auto staged = stagedAudioFiles_.find(id);
+  if (removed.isPending && staged != stagedAudioFiles_.end()) {
+    if (!running_) removeStaged(staged->second);
+    stagedAudioFiles_.erase(staged);
+  }
+  if (isOnCard) pendingDeletions_.insert_or_assign(id, removed);
+  waveDocs_.erase(id);
+  lives_.renew(RecordLives::Kind::wave, id);
+  Q_EMIT published(Property::waves);
+  if (isOnCard) Q_EMIT published(Property::pendingDeletions);
+}
+
+void RolandLibrary::removeStaged(const Path& staged) {
+  try {
+    services_.files.removeFile(staged);
+  } catch (const FileError&) {
+    // A file left in the staging folder does no harm.
+  }
+}
+
+std::vector<WaveUsage> RolandLibrary::waveUsages(WaveId id) const {
+  std::vector<WaveUsage> usages;
+  for (const Kit& kit : kits_) {
+    for (const Pad& pad : kit.pads()) {
+      if (pad.wave() == id) usages.push_back({kit.slot, kit.name(), pad.index, false});
+      if (pad.subWave() == id) usages.push_back({kit.slot, kit.name(), pad.index, true});
+    }
+  }
+  return usages;
+}
+
+void RolandLibrary::editWaveLeaf(WaveId id, const elements::IntegerLeaf& leaf, std::int64_t value) {
+  edit<WaveRecord>({id}, [&](Wave& wave) { leaf.write(wave.node, value); });
+}
+
+void RolandLibrary::setWaveTag(WaveId id, std::int64_t value) {
+  editWaveLeaf(id, elements::waveTag, value);
+}
+
+void RolandLibrary::setWaveTempo(WaveId id, std::int64_t value) {
+  editWaveLeaf(id, elements::waveTempo, value);
+}
+
+void RolandLibrary::setWaveBeat(WaveId id, std::int64_t value) {
+  editWaveLeaf(id, elements::waveBeat, value);
+}
+
+void RolandLibrary::setWaveStart(WaveId id, std::int64_t value) {
+  editWaveLeaf(id, elements::waveStart, value);
+}
+
+void RolandLibrary::setWaveEnd(WaveId id, std::int64_t value) {
+  editWaveLeaf(id, elements::waveEnd, value);
+}
+
+void RolandLibrary::setWaveName(WaveId id, const std::string& name) {
+  edit<WaveRecord>({id}, [&](Wave& wave) { elements::waveName.write(wave.node, name); });
+}
+
+}  // namespace tamboro

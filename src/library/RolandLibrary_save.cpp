@@ -1,0 +1,193 @@
+#include <algorithm>
+#include <utility>
+
+#include "library/ExportJob.h"
+#include "library/LibraryError.h"
+#include "library/RolandLibrary.h"
+#include "library/SaveJob.h"
+
+namespace tamboro {
+namespace {
+
+std::exception_ptr notLoaded() {
+  return std::make_exception_ptr(LibraryError(LibraryError::Case::notLoaded));
+}
+
+/// What a job leaves behind: its result or its failure.
+template<class Result>
+struct Outcome {
+  std::optional<Result> result;
+  std::exception_ptr error;
+};
+
+template<class Record>
+std::vector<Record> dirtyOnes(const std::vector<Record>& records) {
+  std::vector<Record> dirty;
+  std::copy_if(records.begin(), records.end(), std::back_inserter(dirty),
+               [](const Record& record) { return record.isDirty; });
+  return dirty;
+}
+
+template<class Map, class Key>
+void copyEntry(const Map& from, const Key& key, Map& to) {
+  if (const auto found = from.find(key); found != from.end()) to.insert(*found);
+}
+
+/// Takes out of a map what a snapshot of it held, but not what has come under the same key since.
+template<class Map>
+void eraseEntries(Map& map, const Map& snapshot) {
+  for (const auto& [key, value] : snapshot) {
+    if (const auto found = map.find(key); found != map.end() && found->second == value) map.erase(found);
+  }
+}
+
+}  // namespace
+
+void RolandLibrary::save(Completion done) {
+  if (!rootURL_) return done(notLoaded());
+  if (isExporting_) {
+    waitingSaves_.push_back(std::move(done));
+    return;
+  }
+  std::vector<Completion> waiting;
+  waiting.push_back(std::move(done));
+  startSave(std::move(waiting));
+}
+
+SaveSnapshot RolandLibrary::takeSnapshot() const {
+  SaveSnapshot snapshot;
+  snapshot.root = *rootURL_;
+  snapshot.volume = volume_;
+  snapshot.deletions = pendingDeletions_;
+  snapshot.kitDeletions = pendingKitDeletions_;
+  snapshot.dirtyWaves = dirtyOnes(waves_);
+  snapshot.dirtyKits = dirtyOnes(kits_);
+  snapshot.tagList = tagList_;
+  snapshot.waves = waves_;
+  snapshot.tagCount = tagList_ ? static_cast<std::size_t>(tagList_->tagCount()) : 0;
+  for (const Wave& wave : snapshot.dirtyWaves) {
+    copyEntry(waveDocs_, wave.id(), snapshot.waveDocs);
+    if (wave.isPending) copyEntry(stagedAudioFiles_, wave.id(), snapshot.stagedAudioFiles);
+  }
+  for (const Kit& kit : snapshot.dirtyKits)
+    copyEntry(kitDocs_, kit.slot, snapshot.kitDocs);
+  snapshot.tagListDoc = tagListDoc_;
+  snapshot.backupBeforeSave = backupBeforeSaveEnabled_;
+  snapshot.backupDestination = backupDestinationOverride_.value_or(services_.backupDestination);
+  snapshot.loadCount = loadCount_;
+  return snapshot;
+}
+
+void RolandLibrary::startSave(std::vector<Completion> waiting) {
+  auto run =
+      std::make_shared<RunningSave>(RunningSave{takeSnapshot(), lives_.card(), lives_.state(), std::move(waiting)});
+  for (const Wave& wave : run->snapshot.dirtyWaves) {
+    if (wave.isPending) begunWaves_.insert(wave.id());
+  }
+  running_ = run;
+  publish(isExporting_, true, Property::isExporting);
+  // The job sees the values alone; the files outlive it because the application waits for its jobs.
+  auto outcome = std::make_shared<Outcome<ExportResult>>();
+  const std::shared_ptr<const SaveSnapshot> snapshot(run, &run->snapshot);
+  services_.jobs.start(
+      [snapshot, outcome, &files = services_.files] {
+        try {
+          outcome->result = saveJob(*snapshot, files);
+        } catch (...) {
+          outcome->error = std::current_exception();
+        }
+      },
+      [this, run, outcome] { finishSave(run, outcome->result, outcome->error); });
+}
+
+void RolandLibrary::finishSave(const std::shared_ptr<RunningSave>& run, const std::optional<ExportResult>& result,
+                               const std::exception_ptr& error) {
+  if (result) applyResult(*run, *result);
+  running_.reset();
+  publish(isExporting_, false, Property::isExporting);
+  for (const Completion& done : run->waiting)
+    done(error);
+  // One of them may have started the next save itself; then the rest goes on waiting.
+  if (isExporting_ || waitingSaves_.empty()) return;
+  auto waiting = std::exchange(waitingSaves_, {});
+  if (hasUnsavedChanges()) return startSave(std::move(waiting));
+  for (const Completion& done : waiting)
+    done(nullptr);
+}
+
+/// The save is on the card: the store takes over what was written and keeps dirty what was edited meanwhile. A result
+/// of a card that a load has replaced has nothing to say about the one that is open now.
+void RolandLibrary::applyResult(const RunningSave& run, const ExportResult& result) {
+  lives_.saved(run.card, run.lives);
+  const SaveSnapshot& snapshot = run.snapshot;
+  if (snapshot.loadCount != loadCount_) return;
+  for (const auto& [id, wave] : snapshot.deletions)
+    waveDocs_.erase(id);
+  eraseEntries(pendingDeletions_, snapshot.deletions);
+  eraseEntries(pendingKitDeletions_, snapshot.kitDeletions);
+  for (const Wave& written : snapshot.dirtyWaves) {
+    const auto document = result.updatedWaveDocs.find(written.id());
+    begunWaves_.erase(written.id());
+    if (document != result.updatedWaveDocs.end()) applyWave(snapshot, written, document->second);
+  }
+  for (const auto& [slot, document] : result.updatedKitDocs)
+    kitDocs_.insert_or_assign(slot, document);
+  for (const Kit& written : snapshot.dirtyKits) {
+    if (Kit* kit = findKit(written.slot); kit && *kit == written) kit->isDirty = false;
+  }
+  if (result.updatedTagListDoc) {
+    if (tagList_ && tagList_ == snapshot.tagList) tagList_->isDirty = false;
+    tagListDoc_ = result.updatedTagListDoc;
+  }
+  for (const Property property : {Property::kits, Property::waves, Property::tagList, Property::pendingDeletions}) {
+    Q_EMIT published(property);
+  }
+}
+
+void RolandLibrary::applyWave(const SaveSnapshot& snapshot, const Wave& written, const SpdDocument& document) {
+  const WaveId id = written.id();
+  waveDocs_.insert_or_assign(id, document);
+  const auto stagedThen = snapshot.stagedAudioFiles.find(id);
+  const auto stagedNow = stagedAudioFiles_.find(id);
+  const bool wasStaged = stagedThen != snapshot.stagedAudioFiles.end();
+  const bool isStaged = stagedNow != stagedAudioFiles_.end();
+  const bool sameAudio = wasStaged == isStaged && (!wasStaged || stagedThen->second == stagedNow->second);
+  if (!sameAudio) return;  // another sample has taken the id since
+  if (Wave* wave = findWave(id)) {
+    if (*wave == written) wave->isDirty = false;
+    wave->isPending = false;
+  }
+  if (isStaged) stagedAudioFiles_.erase(stagedNow);
+}
+
+void RolandLibrary::exportKit(Slot slot, const Path& destination, Completion done) {
+  const Kit* kit = this->kit(slot);
+  if (!kit) return done(nullptr);
+  if (!rootURL_) return done(notLoaded());
+  auto values = std::make_shared<KitExport>(KitExport{*rootURL_, volume_, destination, *kit, {}, {}, {}, {}});
+  if (const auto document = kitDocs_.find(slot); document != kitDocs_.end()) values->kitDoc = document->second;
+  std::set<WaveId> used;
+  for (const Pad& pad : kit->pads()) {
+    for (const WaveId id : {pad.wave(), pad.subWave()}) {
+      if (id >= 0) used.insert(id);
+    }
+  }
+  for (const Wave& wave : waves_) {
+    if (!used.contains(wave.id())) continue;
+    values->waves.push_back(wave);
+    copyEntry(waveDocs_, wave.id(), values->waveDocs);
+    copyEntry(stagedAudioFiles_, wave.id(), values->stagedAudioFiles);
+  }
+  auto error = std::make_shared<std::exception_ptr>();
+  services_.jobs.start(
+      [values, error, &files = services_.files] {
+        try {
+          exportKitJob(*values, files);
+        } catch (...) {
+          *error = std::current_exception();
+        }
+      },
+      [error, done = std::move(done)] { done(*error); });
+}
+
+}  // namespace tamboro

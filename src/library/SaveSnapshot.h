@@ -1,0 +1,60 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "card/SpdDocument.h"
+#include "model/Kit.h"
+#include "model/TagList.h"
+#include "model/Wave.h"
+#include "platform/FileSystem.h"
+
+namespace tamboro {
+
+using KitDocs = std::map<std::int64_t, SpdDocument>;
+using WaveDocs = std::map<std::int64_t, SpdDocument>;
+using StagedFiles = std::map<std::int64_t, Path>;
+
+/// What a save works on, taken from the store on the main thread: plain values that no later edit reaches.
+struct SaveSnapshot {
+  Path root;
+  VolumeIdentity volume;                   ///< of the root when the card was loaded
+  std::map<std::int64_t, Wave> deletions;  ///< deleted samples whose files are still on the card, by wave id
+  std::map<std::int64_t, std::uint64_t> kitDeletions;  ///< slots of deleted kits, each with the deletion's own number
+  std::vector<Wave> dirtyWaves;
+  std::vector<Kit> dirtyKits;
+  std::optional<TagList> tagList;
+  std::vector<Wave> waves;  ///< all samples, for the indexes
+  std::size_t tagCount = 0;
+  WaveDocs waveDocs;  ///< of the dirty samples
+  KitDocs kitDocs;    ///< of the dirty kits
+  std::optional<SpdDocument> tagListDoc;
+  StagedFiles stagedAudioFiles;
+  bool backupBeforeSave = false;
+  Path backupDestination;
+  std::uint64_t loadCount = 0;  ///< which load the values come from; only the store reads it
+};
+
+/// What a save hands back when everything is written: the documents as written.
+struct ExportResult {
+  WaveDocs updatedWaveDocs;
+  KitDocs updatedKitDocs;
+  std::optional<SpdDocument> updatedTagListDoc;
+};
+
+/// A kit export's values; see `exportKitJob`.
+struct KitExport {
+  Path root;
+  VolumeIdentity volume;
+  Path destination;
+  Kit kit;
+  std::optional<SpdDocument> kitDoc;
+  std::vector<Wave> waves;  ///< the samples the kit's pads use, in order
+  WaveDocs waveDocs;
+  StagedFiles stagedAudioFiles;
+};
+
+}  // namespace tamboro
