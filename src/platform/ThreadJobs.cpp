@@ -1,0 +1,111 @@
+#include "platform/ThreadJobs.h"
+
+#include <QObject>
+#include <QThread>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace tamboro {
+
+namespace {
+
+/// The works that have ended, in that order. The one thing that the threads share.
+class EndedQueue {
+ public:
+  void push(std::uint64_t job) {
+    {
+      const std::lock_guard lock(mutex_);
+      jobs_.push_back(job);
+    }
+    changed_.notify_one();
+  }
+
+  bool tryPop(std::uint64_t& job) {
+    const std::lock_guard lock(mutex_);
+    return popLocked(job);
+  }
+
+  std::uint64_t pop() {
+    std::unique_lock lock(mutex_);
+    std::uint64_t job = 0;
+    changed_.wait(lock, [&] { return popLocked(job); });
+    return job;
+  }
+
+ private:
+  bool popLocked(std::uint64_t& job) {
+    if (jobs_.empty()) return false;
+    job = jobs_.front();
+    jobs_.pop_front();
+    return true;
+  }
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<std::uint64_t> jobs_;
+};
+
+/// A thread for each job: there are seldom more than one or two, each of them takes long, and none may wait behind
+/// another one's slow card. What `done` holds never leaves the main thread.
+class ThreadJobs : public BackgroundJobs {
+ public:
+  ~ThreadJobs() override {
+    for (auto& [number, job] : jobs_)
+      job.thread->wait();
+  }
+
+  void start(std::function<void()> work, std::function<void()> done) override {
+    const std::uint64_t number = ++lastNumber_;
+    auto run = [this, number, work = std::move(work)]() mutable noexcept {
+      work();
+      work = nullptr;  // what it holds is gone before its end is told
+      ended_.push(number);
+      QMetaObject::invokeMethod(
+          &receiver_, [this] { deliverOne(); }, Qt::QueuedConnection);
+    };
+    Job& job = jobs_[number];
+    job.done = std::move(done);
+    job.thread.reset(QThread::create(std::move(run)));
+    job.thread->start(QThread::HighPriority);
+  }
+
+  void waitForAll() override {
+    while (!jobs_.empty())
+      finish(ended_.pop());
+  }
+
+ private:
+  struct Job {
+    std::unique_ptr<QThread> thread;
+    std::function<void()> done;
+  };
+
+  void deliverOne() {
+    // The event of an end that waitForAll has run already finds nothing, or a later end a little early.
+    std::uint64_t number = 0;
+    if (ended_.tryPop(number)) finish(number);
+  }
+
+  void finish(std::uint64_t number) {
+    const auto node = jobs_.extract(number);
+    node.mapped().thread->wait();
+    node.mapped().done();
+  }
+
+  QObject receiver_;
+  EndedQueue ended_;
+  std::map<std::uint64_t, Job> jobs_;
+  std::uint64_t lastNumber_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<BackgroundJobs> makeThreadJobs() {
+  return std::make_unique<ThreadJobs>();
+}
+
+}  // namespace tamboro
