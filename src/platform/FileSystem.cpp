@@ -14,7 +14,7 @@ std::string shownName(const Path& path) {
 }
 
 std::string errorText(const std::error_code& code, const Path& path) {
-  if (path.empty() || path == ".") return code.message();
+  if (path.empty()) return code.message();
   return code.message() + " (" + shownName(path) + ")";
 }
 

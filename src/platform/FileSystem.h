@@ -41,8 +41,8 @@ struct FileStatus {
 /// Tells one volume from another that is mounted at the same path. Two equal identities are the same volume; an
 /// identity whose `serial` is known stays the same when the volume is plugged in again.
 struct VolumeIdentity {
-  std::string serial;             ///< the volume's own serial number, empty where it can't be known
-  std::uint64_t fileSystem = 0;   ///< the mounted file system; counts only where no serial is known
+  std::string serial;            ///< the volume's own serial number, empty where it can't be known
+  std::uint64_t fileSystem = 0;  ///< the mounted file system; counts only where no serial is known
 
   friend bool operator==(const VolumeIdentity& a, const VolumeIdentity& b) {
     return a.serial == b.serial && (!a.serial.empty() || a.fileSystem == b.fileSystem);

@@ -35,6 +35,8 @@ auto uninterrupted(Call call) {
 class Descriptor {
  public:
   explicit Descriptor(int number) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
   Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
   Descriptor& operator=(Descriptor&&) = delete;
   // Not repeated when interrupted: the number is free again by then and may be another thread's.
@@ -47,8 +49,9 @@ class Descriptor {
   int number_;
 };
 
-Descriptor openAt(int folder, const Path& path, int flags) {
-  const int number = uninterrupted([&] { return ::openat(folder, path.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0666); });
+/// `name` is how the system is told the path, `path` how the caller gave it.
+Descriptor openAt(int folder, const char* name, int flags, const Path& path) {
+  const int number = uninterrupted([&] { return ::openat(folder, name, flags | O_CLOEXEC | O_NOCTTY, 0666); });
   if (number < 0) fail(errno, path);
   return Descriptor(number);
 }
@@ -59,9 +62,15 @@ struct stat statusOf(const Descriptor& descriptor, const Path& path) {
   return status;
 }
 
+struct statvfs volumeOf(const Descriptor& descriptor, const Path& path) {
+  struct statvfs volume {};
+  if (uninterrupted([&] { return ::fstatvfs(descriptor.number(), &volume); }) != 0) fail(errno, path);
+  return volume;
+}
+
 /// Opens for reading without ever waiting: a pipe or a device would hold up the program.
-std::pair<Descriptor, struct stat> openToRead(int folder, const Path& path) {
-  Descriptor descriptor = openAt(folder, path, O_RDONLY | O_NONBLOCK);
+std::pair<Descriptor, struct stat> openToRead(int folder, const char* name, const Path& path) {
+  Descriptor descriptor = openAt(folder, name, O_RDONLY | O_NONBLOCK, path);
   const struct stat status = statusOf(descriptor, path);
   if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) fail(EOPNOTSUPP, path);
   return {std::move(descriptor), status};
@@ -142,7 +151,7 @@ class PosixFileSystem : public FileSystem {
   int base() const { return isRooted() ? root_.number() : AT_FDCWD; }
   bool isRooted() const { return root_.number() >= 0; }
   /// The held folder itself is asked for by the empty path, which no system call takes.
-  Path at(const Path& path) const { return isRooted() && path.empty() ? Path(".") : path; }
+  const char* at(const Path& path) const { return isRooted() && path.empty() ? "." : path.c_str(); }
   Path heldPath() const;
 
   Descriptor root_;
@@ -151,7 +160,7 @@ class PosixFileSystem : public FileSystem {
 
 FileStatus PosixFileSystem::status(const Path& path, int flags) const {
   struct stat status {};
-  if (uninterrupted([&] { return ::fstatat(base(), at(path).c_str(), &status, flags); }) != 0) {
+  if (uninterrupted([&] { return ::fstatat(base(), at(path), &status, flags); }) != 0) {
     if (errno == ENOENT || errno == ENOTDIR) return {};
     fail(errno, path);
   }
@@ -161,8 +170,8 @@ FileStatus PosixFileSystem::status(const Path& path, int flags) const {
 
 std::vector<std::string> PosixFileSystem::list(const Path& folder) const {
   // The stream takes a descriptor of its own and closes it.
-  const int number = uninterrupted(
-      [&] { return ::openat(base(), at(folder).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK); });
+  const int number =
+      uninterrupted([&] { return ::openat(base(), at(folder), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK); });
   if (number < 0) fail(errno, folder);
   DIR* const stream = ::fdopendir(number);
   if (stream == nullptr) {
@@ -182,7 +191,7 @@ std::vector<std::string> PosixFileSystem::list(const Path& folder) const {
 }
 
 void PosixFileSystem::read(const Path& file, std::string& content) const {
-  const auto [descriptor, status] = openToRead(base(), at(file));
+  const auto [descriptor, status] = openToRead(base(), at(file), file);
   if (S_ISDIR(status.st_mode)) fail(EISDIR, file);
   // One byte more than the file had tells its end by a short read, without a further call for an empty one.
   const auto expected = static_cast<std::size_t>(status.st_size);
@@ -198,42 +207,39 @@ void PosixFileSystem::read(const Path& file, std::string& content) const {
 }
 
 std::unique_ptr<OpenFile> PosixFileSystem::open(const Path& path) const {
-  auto [descriptor, status] = openToRead(base(), at(path));
+  auto [descriptor, status] = openToRead(base(), at(path), path);
   return std::make_unique<PosixFile>(std::move(descriptor), path, S_ISDIR(status.st_mode));
 }
 
 std::unique_ptr<OpenFile> PosixFileSystem::create(const Path& file) {
-  return std::make_unique<PosixFile>(openAt(base(), at(file), O_WRONLY | O_CREAT | O_EXCL), file, false);
+  return std::make_unique<PosixFile>(openAt(base(), at(file), O_WRONLY | O_CREAT | O_EXCL, file), file, false);
 }
 
 void PosixFileSystem::makeFolder(const Path& folder) {
-  if (::mkdirat(base(), at(folder).c_str(), 0777) != 0) fail(errno, folder);
+  if (::mkdirat(base(), at(folder), 0777) != 0) fail(errno, folder);
 }
 
 void PosixFileSystem::rename(const Path& from, const Path& to) {
-  if (::renameat(base(), at(from).c_str(), base(), at(to).c_str()) != 0) fail(errno, to);
+  if (::renameat(base(), at(from), base(), at(to)) != 0) fail(errno, to);
 }
 
 void PosixFileSystem::removeFile(const Path& file) {
-  if (::unlinkat(base(), at(file).c_str(), 0) != 0) fail(errno, file);
+  if (::unlinkat(base(), at(file), 0) != 0) fail(errno, file);
 }
 
 void PosixFileSystem::removeFolder(const Path& folder) {
-  if (::unlinkat(base(), at(folder).c_str(), AT_REMOVEDIR) != 0) fail(errno, folder);
+  if (::unlinkat(base(), at(folder), AT_REMOVEDIR) != 0) fail(errno, folder);
 }
 
 VolumeSpace PosixFileSystem::space(const Path& path) const {
-  const Descriptor descriptor = openToRead(base(), at(path)).first;
-  struct statvfs volume {};
-  if (uninterrupted([&] { return ::fstatvfs(descriptor.number(), &volume); }) != 0) fail(errno, path);
+  const struct statvfs volume = volumeOf(openToRead(base(), at(path), path).first, path);
   const std::uint64_t cluster = std::max<std::uint64_t>(volume.f_frsize, 1);
   return {volume.f_bavail * cluster, cluster};
 }
 
 VolumeIdentity PosixFileSystem::volumeIdentity(const Path& path) const {
-  const auto [descriptor, status] = openToRead(base(), at(path));
-  struct statvfs volume {};
-  if (uninterrupted([&] { return ::fstatvfs(descriptor.number(), &volume); }) != 0) fail(errno, path);
+  const auto [descriptor, status] = openToRead(base(), at(path), path);
+  const struct statvfs volume = volumeOf(descriptor, path);
   VolumeIdentity identity;
   identity.serial = volumeSerial(descriptor.number(), status.st_dev);
   // Device numbers are handed out again; together with the system's own number a second card is told apart.
@@ -244,7 +250,7 @@ VolumeIdentity PosixFileSystem::volumeIdentity(const Path& path) const {
 Path PosixFileSystem::heldPath() const {
 #if defined(__linux__)
   std::error_code ignored;
-  const Path current = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(root_.number()), ignored);
+  Path current = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(root_.number()), ignored);
   if (current.is_absolute()) return current;
 #endif
   return rootPath_;
@@ -261,7 +267,7 @@ Path PosixFileSystem::resolved(const Path& path) const {
 }
 
 std::unique_ptr<FileSystem> PosixFileSystem::rooted(const Path& folder) const {
-  return std::make_unique<PosixFileSystem>(openAt(base(), at(folder), O_RDONLY | O_DIRECTORY | O_NONBLOCK),
+  return std::make_unique<PosixFileSystem>(openAt(base(), at(folder), O_RDONLY | O_DIRECTORY | O_NONBLOCK, folder),
                                            resolved(folder));
 }
 

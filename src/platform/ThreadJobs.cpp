@@ -53,6 +53,9 @@ class EndedQueue {
 /// another one's slow card. What `done` holds never leaves the main thread.
 class ThreadJobs : public BackgroundJobs {
  public:
+  ThreadJobs() = default;
+  ThreadJobs(const ThreadJobs&) = delete;
+  ThreadJobs& operator=(const ThreadJobs&) = delete;
   ~ThreadJobs() override {
     for (auto& [number, job] : jobs_)
       job.thread->wait();
@@ -60,9 +63,8 @@ class ThreadJobs : public BackgroundJobs {
 
   void start(std::function<void()> work, std::function<void()> done) override {
     const std::uint64_t number = ++lastNumber_;
-    auto run = [this, number, work = std::move(work)]() mutable noexcept {
+    auto run = [this, number, work = std::move(work)]() noexcept {
       work();
-      work = nullptr;  // what it holds is gone before its end is told
       ended_.push(number);
       QMetaObject::invokeMethod(
           &receiver_, [this] { deliverOne(); }, Qt::QueuedConnection);
@@ -92,7 +94,7 @@ class ThreadJobs : public BackgroundJobs {
 
   void finish(std::uint64_t number) {
     const auto node = jobs_.extract(number);
-    node.mapped().thread->wait();
+    node.mapped().thread->wait();  // what the work held is gone with it
     node.mapped().done();
   }
 

@@ -1,6 +1,7 @@
 #include "platform/UndoManager.h"
 
 #include <QScopeGuard>
+#include <algorithm>
 #include <utility>
 
 namespace tamboro {
@@ -48,9 +49,10 @@ void UndoManager::run(std::vector<Group>& from, std::vector<Group>& to) {
   Group inverse{group.name, {}};
   {
     collecting_ = &inverse;
+    std::reverse(group.handlers.begin(), group.handlers.end());
     const auto restore = qScopeGuard([this] { collecting_ = nullptr; });
-    for (auto handler = group.handlers.rbegin(); handler != group.handlers.rend(); ++handler)
-      (*handler)();
+    for (const Handler& handler : group.handlers)
+      handler();
   }
   if (!inverse.handlers.empty()) to.push_back(std::move(inverse));
   Q_EMIT changed();

@@ -7,6 +7,7 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <cstdio>
 #endif
 
@@ -20,9 +21,9 @@ namespace {
 std::string fatSerial(int descriptor) {
   unsigned serial = 0;
   if (::ioctl(descriptor, FAT_IOCTL_GET_VOLUME_ID, &serial) != 0 || serial == 0) return {};
-  char text[16];
-  std::snprintf(text, sizeof text, "fat:%04X-%04X", serial >> 16U, serial & 0xFFFFU);
-  return text;
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "fat:%04X-%04X", serial >> 16U, serial & 0xFFFFU);
+  return text.data();
 }
 
 /// The name under which the device manager lists the block device by its volume's own number.

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <exception>
+
+namespace tamboro {
+
+/// The store's own failures; `what` is the text the user reads (UTF-8).
+class LibraryError : public std::exception {
+ public:
+  enum class Case { rootNotFound, notLoaded, noFreeSlot };
+
+  explicit LibraryError(Case which) : case_(which) {}
+  Case which() const { return case_; }
+  const char* what() const noexcept override;
+
+ private:
+  Case case_;
+};
+
+/// What the user reads of a failed load, save, import or export: the error's own description.
+QString errorText(const std::exception_ptr& error);
+
+}  // namespace tamboro

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <span>
+#include <vector>
+
+#include "library/SavePlan.h"
+
+namespace tamboro {
+
+/// A share of a plan that the card writer carries out in one pass: few enough files to hold them all open, and no more
+/// than the card has room for.
+struct SaveBatch {
+  std::vector<Path> newFolders;        ///< those of the plan that don't exist yet, parents before children
+  std::span<const PlannedFile> files;  ///< into the plan
+};
+
+/// Cuts a plan into batches, in its order, and makes sure before the first change that it can be carried out: throws
+/// FileError where the card has too little room, a target is something else than a file, or a source is missing.
+///
+/// A batch needs room for all its new files beside the old ones, in whole clusters. What a removal or an earlier batch
+/// frees counts as room: it is free by then, and a user makes room on a full card by deleting samples. Should the card
+/// run full all the same, the writer's steps keep every file whole.
+std::vector<SaveBatch> cutIntoBatches(const FileSystem& card, const FileSystem& files, const SavePlan& plan);
+
+}  // namespace tamboro

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "library/SaveSnapshot.h"
+
+namespace tamboro {
+
+/// One file that a save puts on the card: its bytes, or the file (outside the card) whose bytes it takes.
+struct PlannedFile {
+  Path path;
+  std::variant<std::string, Path> content;
+};
+
+/// What a save does to the card, as plain values; paths are relative to the root. `CardWriter` carries it out.
+struct SavePlan {
+  std::vector<Path> removals;      ///< in order; what can't be removed is passed over
+  std::vector<Path> folders;       ///< to be there afterwards, parents before children
+  std::vector<PlannedFile> files;  ///< in the order in which they must become visible
+};
+
+/// A record's document as a save or an export writes it: the record's tree with line separator and trailing bytes of
+/// the document it was read from, or the defaults of its kind where there is none.
+SpdDocument waveDocument(const Wave& wave, const SpdDocument* stored);
+SpdDocument kitDocument(const Kit& kit, const SpdDocument* stored);
+SpdDocument tagListDocument(const TagList& tagList, const SpdDocument* stored);
+
+/// Makes the plan of a save and, beside it, the result to hand back once it is carried out. `card` is rooted in the
+/// card and only read: the files of a deleted kit's slot are found by listing KIT.
+SavePlan makeSavePlan(const SaveSnapshot& snapshot, const FileSystem& card, ExportResult& result);
+
+}  // namespace tamboro

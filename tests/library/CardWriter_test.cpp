@@ -1,0 +1,231 @@
+#include "library/CardWriter.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "library/SaveFixture.h"
+
+namespace tamboro::test {
+namespace {
+
+using namespace std::string_literals;
+using Operations = std::vector<std::string>;
+
+std::errc errorOf(FileSystem& card, const FileSystem& files, const SavePlan& plan) {
+  try {
+    writeToCard(card, files, plan);
+  } catch (const FileError& error) {
+    return static_cast<std::errc>(error.code().default_error_condition().value());
+  }
+  return {};
+}
+
+/// The steps of a plan carried out on the fixture's card.
+Operations record(SaveFixture& fixture, const SavePlan& plan) {
+  const std::unique_ptr<FileSystem> card = fixture.files.rooted("/card");
+  fixture.files.clearOperations();
+  writeToCard(*card, fixture.files, plan);
+  return fixture.files.operations();
+}
+
+SavePlan wholePlan(const SaveFixture& fixture) {
+  ExportResult result;
+  return makeSavePlan(fixture.snapshot, *fixture.files.rooted("/card"), result);
+}
+
+/// Fails unless the operations stand in the record in this order, others between them.
+void expectInOrder(const Operations& record, const Operations& expected) {
+  auto from = record.begin();
+  for (const std::string& operation : expected) {
+    from = std::find(from, record.end(), operation);
+    ASSERT_NE(from, record.end()) << operation << " is not behind what stands before it in "
+                                  << ::testing::PrintToString(expected);
+    ++from;
+  }
+}
+
+struct Move {
+  std::string from;
+  Path to;
+};
+
+std::vector<Move> moves(const Operations& record) {
+  std::vector<Move> found;
+  for (const std::string& operation : record) {
+    if (!operation.starts_with("rename ")) continue;
+    const std::size_t gap = operation.find(' ', 7);
+    found.push_back({operation.substr(7, gap - 7), operation.substr(gap + 1)});
+  }
+  return found;
+}
+
+TEST(CardWriter, FollowsTheProtocol) {
+  SaveFixture fixture;
+  const SavePlan plan = wholePlan(fixture);
+  const Operations steps = record(fixture, plan);
+  const std::string temporary = ".tamboro-1";
+  expectInOrder(
+      steps, {"open WAVE/PRM/02/00.spd", "removeFile WAVE/PRM/02/00.spd", "sync WAVE/PRM/02",
+              "removeFile WAVE/DATA/02/snare.wav", "sync WAVE/DATA/02", "removeFile KIT/kit007.spd", "sync KIT",
+              "close WAVE/PRM/02/00.spd", "makeFolder " + temporary, "sync SYSTEM", "sync .",
+              "makeFolder " + temporary + "/0", "sync " + temporary, "create " + temporary + "/2", "sync " + temporary,
+              "write " + temporary + "/2", "removeFolder " + temporary, "sync .", "close " + temporary});
+  std::size_t files = 0;
+  for (const auto& [from, to] : moves(steps)) {
+    const std::string name = to.string();
+    const std::string rename = "rename " + from + " " + name;
+    const std::string syncFolder = "sync " + to.parent_path().string();
+    SCOPED_TRACE(rename);
+    if (!to.has_extension()) {
+      expectInOrder(steps, {"makeFolder " + from, "open " + from, "sync " + temporary, rename, "sync " + temporary,
+                            "sync " + from, syncFolder, "close " + temporary});
+      continue;
+    }
+    ++files;
+    expectInOrder(steps, {"create " + from, "sync " + temporary, "write " + from, "writeback " + from,
+                          "writeback " + from, "sync .", rename, "sync " + from, syncFolder, "close " + from});
+    EXPECT_EQ(std::ranges::count(steps, "close " + from), 1);
+    if (fixture.before.contains(name) && fixture.after.contains(name) && name != "WAVE/PRM/02/02.spd") {
+      expectInOrder(steps, {"open " + name, rename, syncFolder, "close " + from, "close " + name});
+    }
+  }
+  EXPECT_EQ(files, plan.files.size());
+  // Both sounds were synced under their names before the first parameters.
+  const std::string first = "rename " + temporary + "/4 WAVE/PRM/02/01.spd";
+  expectInOrder(steps, {"rename " + temporary + "/2 WAVE/DATA/02/new.wav", "sync WAVE/DATA/02", first});
+  expectInOrder(steps, {"rename " + temporary + "/3 WAVE/DATA/03/hat.wav", "sync WAVE/DATA/03", first});
+}
+
+TEST(CardWriter, MakesNestedFoldersFromTheTop) {
+  SaveFixture fixture;
+  const Operations steps = record(fixture, {{}, {"A", "A/B", "A/B/C"}, {{"A/B/C/f", "f"s}}});
+  expectInOrder(steps, {"rename .tamboro-1/0 A", "sync .", "makeFolder .tamboro-1/1", "rename .tamboro-1/1 A/B",
+                        "sync .tamboro-1/1", "sync A", "rename .tamboro-1/2 A/B/C", "sync A/B"});
+  EXPECT_EQ(fixture.card().at("A/B/C/f"), "f");
+}
+
+TEST(CardWriter, HoldsFewFilesOpenHoweverLargeThePlan) {
+  SaveFixture fixture;
+  SavePlan plan;
+  for (int i = 0; i < 700; ++i) {
+    const std::string name = "KIT/" + std::to_string(i);
+    writeFile(fixture.files, "/card" / Path(name), "old");
+    if (i < 450) plan.files.push_back({name, "new " + name});
+    if (i >= 450) plan.removals.push_back(name);
+    plan.folders.push_back("F" + std::to_string(i));
+  }
+  int open = 0;
+  int most = 0;
+  for (const std::string& step : record(fixture, plan)) {
+    open += step.starts_with("open ") || step.starts_with("create ") ? 1 : step.starts_with("close ") ? -1 : 0;
+    most = std::max(most, open);
+  }
+  EXPECT_EQ(open, 0);
+  EXPECT_LT(most, 520);
+  const Tree card = fixture.card();
+  for (int i = 0; i < 450; ++i)
+    EXPECT_EQ(card.at("KIT/" + std::to_string(i)), "new KIT/" + std::to_string(i));
+  EXPECT_FALSE(card.contains("KIT/450"));
+  EXPECT_EQ(fixture.files.status("/card/F699").kind, FileKind::folder);
+}
+
+TEST(CardWriter, LeavesWhatAnEarlierCutLeft) {
+  SaveFixture fixture;
+  writeTree(fixture.files, "/card", {{".tamboro-1/0", "left"}, {".tamboro-2", "left"}});
+  writeToCard(*fixture.files.rooted("/card"), fixture.files, wholePlan(fixture));
+  fixture.after.insert({{".tamboro-1/0", "left"}, {".tamboro-2", "left"}});
+  EXPECT_THAT(fixture.card(), IsTree(fixture.after));
+}
+
+TEST(CardWriter, LetsTheLaterOfTwoFilesWin) {
+  SaveFixture fixture;
+  SavePlan plan;
+  for (int i = 0; i < 202; ++i)
+    plan.files.push_back({"KIT/kit001.spd", std::to_string(i)});
+  writeToCard(*fixture.files.rooted("/card"), fixture.files, plan);
+  EXPECT_EQ(fixture.card().at("KIT/kit001.spd"), "201");
+}
+
+// Each is refused before the first change, the removal included.
+TEST(CardWriter, RefusesWhatCannotBeWritten) {
+  using enum std::errc;
+  const struct {
+    PlannedFile file;
+    Path folder;
+    std::errc error;
+  } cases[] = {{{"WAVE/PRM", "x"s}, "WAVE", is_a_directory},
+               {{"KIT/link", "x"s}, "WAVE", file_exists},
+               {{"KIT/pipe", "x"s}, "WAVE", file_exists},
+               {{"KIT/f", Path("/staging/gone.wav")}, "WAVE", no_such_file_or_directory},
+               {{"KIT/f", Path("/staging")}, "WAVE", is_a_directory},
+               {{"KIT/f", Path("/card/KIT/pipe")}, "WAVE", operation_not_supported},
+               {{"KIT/f", "x"s}, "KIT/readme.txt", not_a_directory}};
+  for (const auto& [file, folder, error] : cases) {
+    SCOPED_TRACE(file.path);
+    SaveFixture fixture;
+    fixture.files.addLink("/card/KIT/link", "/card/KIT/readme.txt");
+    fixture.files.addSpecial("/card/KIT/pipe");
+    const std::unique_ptr<FileSystem> card = fixture.files.rooted("/card");
+    EXPECT_EQ(errorOf(*card, fixture.files, {{"KIT/kit001.spd"}, {folder}, {{"KIT/new", "x"s}, file}}), error);
+    EXPECT_THAT(fixture.card(), IsTree(fixture.before));
+  }
+}
+
+TEST(CardWriter, RemovesOnlyFiles) {
+  SaveFixture fixture;
+  makeFolders(fixture.files, "/card/KIT/folder");
+  fixture.files.addLink("/card/KIT/link", "/card/KIT/readme.txt");
+  writeToCard(*fixture.files.rooted("/card"), fixture.files,
+              {{"KIT/gone", "KIT/folder", "KIT/link", "KIT/kit001.spd"}, {}, {}});
+  EXPECT_EQ(fixture.files.entryStatus("/card/KIT/folder").kind, FileKind::folder);
+  EXPECT_EQ(fixture.files.entryStatus("/card/KIT/link").kind, FileKind::other);
+  EXPECT_FALSE(fixture.card().contains("KIT/kit001.spd"));
+}
+
+// Clusters of 16 KB: the temporary folder takes one.
+TEST(CardWriter, AsksForRoomBeforeTheFirstChange) {
+  const std::string large(40000, 'x');  // three clusters
+  const std::string old(20000, 'o');    // two clusters
+  const PlannedFile rewritten = {"KIT/a", large};
+  const PlannedFile added = {"KIT/new", "x"s};  // a cluster for itself and one for its name
+  const struct {
+    const char* what;
+    SavePlan plan;
+    std::uint64_t enough;
+  } cases[] = {{"the new beside the old", {{}, {}, {rewritten}}, 4},
+               {"a new name in its folder", {{}, {}, {added}}, 3},
+               {"two new names share a cluster", {{}, {}, {added, {"KIT/new 2", ""s}}}, 3},
+               {"a folder", {{}, {"F"}, {}}, 3},
+               {"what a removal frees", {{"KIT/b"}, {}, {rewritten}}, 2},
+               {"named twice it frees once", {{"KIT/b", "KIT/b"}, {}, {rewritten}}, 2},
+               {"what an earlier batch frees", {{}, {}, {{"KIT/a", "x"s}, {"KIT/b", "x"s}}}, 2},
+               {"no more than it frees", {{}, {}, {{"KIT/a", large}, {"KIT/b", large}}}, 5},
+               {"copied files", {{}, {}, {{"KIT/a", Path("/staging/hat.wav")}}}, 2}};
+  for (const auto& [what, plan, enough] : cases) {
+    for (const bool fits : {false, true}) {
+      SCOPED_TRACE(std::string(what) + (fits ? " fits" : " is too much"));
+      SaveFixture fixture;
+      writeTree(fixture.files, "/card/KIT", {{"a", old}, {"b", old}});
+      const Tree before = fixture.card();
+      const std::uint64_t clusters = fits ? enough : enough - 1;
+      fixture.files.setVolume("/card", {{}, {clusters * 16384 + 16383, 16384}, false});
+      const std::unique_ptr<FileSystem> card = fixture.files.rooted("/card");
+      EXPECT_EQ(errorOf(*card, fixture.files, plan), fits ? std::errc() : std::errc::no_space_on_device);
+      EXPECT_TRUE(fits || fixture.card() == before);
+    }
+  }
+}
+
+TEST(CardWriter, FailsAtOnceOnAReadOnlyCard) {
+  SaveFixture fixture;
+  MemoryVolume volume;
+  volume.readOnly = true;
+  fixture.files.setVolume("/card", volume);
+  const std::unique_ptr<FileSystem> card = fixture.files.rooted("/card");
+  EXPECT_EQ(errorOf(*card, fixture.files, wholePlan(fixture)), std::errc::read_only_file_system);
+  EXPECT_THAT(fixture.card(), IsTree(fixture.before));
+}
+
+}  // namespace
+}  // namespace tamboro::test
