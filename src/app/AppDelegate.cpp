@@ -1,0 +1,26 @@
+#include "app/AppDelegate.h"
+
+#include <QApplication>
+#include <QWidget>
+
+namespace tamboro {
+
+AppDelegate::AppDelegate(Prompts& prompts, QObject* parent) : QObject(parent), updaterController_(prompts) {}
+
+void AppDelegate::applicationDidFinishLaunching() {
+  QApplication::setQuitOnLastWindowClosed(applicationShouldTerminateAfterLastWindowClosed());
+}
+
+bool AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows) {
+  if (hasVisibleWindows) return true;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->windowType() != Qt::Window || window->parent()) continue;
+    window->setWindowState((window->windowState() & ~Qt::WindowMinimized) | Qt::WindowActive);
+    window->show();
+    window->raise();
+    window->activateWindow();
+  }
+  return true;
+}
+
+}  // namespace tamboro

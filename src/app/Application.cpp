@@ -1,0 +1,86 @@
+#include "app/Application.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QStandardPaths>
+
+#include "app/AboutPanel.h"
+#include "app/MenuBar.h"
+#include "app/StoreUndoKeys.h"
+#include "platform/EventTurns.h"
+#include "platform/RealFileSystem.h"
+#include "platform/ThreadJobs.h"
+#include "views/ContentView.h"
+#include "views/look/Look.h"
+#include "views/look/LookStyle.h"
+
+namespace tamboro {
+
+namespace {
+
+Path standardFolder(QStandardPaths::StandardLocation location) {
+  return pathOf(QStandardPaths::writableLocation(location));
+}
+
+}  // namespace
+
+Application::Application()
+    : appDelegate_(prompts_),
+      files_(makeRealFileSystem()),
+      defaults_(makeUserDefaults()),
+      jobs_(makeThreadJobs()),
+      timers_(makeEventLoopTimers()),
+      folderPanel_(*files_),
+      library_(std::make_unique<RolandLibrary>(
+          LibraryServices{*files_, *defaults_, *jobs_, *timers_, folderPanel_,
+                          standardFolder(QStandardPaths::GenericDataLocation) / "tamboro" / "staging",
+                          standardFolder(QStandardPaths::DocumentsLocation) / "Tamboro Backup"})) {
+  makeWindow();
+  // Gone with the window, before the store whose undo they serve.
+  new EventTurns(library_->undoManager(), window_.get());
+  new StoreUndoKeys(library_->undoManager(), window_.get());
+  // However the program ends, a running save or export comes to its end first. Nobody is asked.
+  connect(qApp, &QApplication::aboutToQuit, this, [this] { jobs_->waitForAll(); });
+  qApp->installEventFilter(this);
+}
+
+Application::~Application() = default;
+
+void Application::makeWindow() {
+  window_ = std::make_unique<QMainWindow>();
+  window_->setObjectName(QStringLiteral("mainWindow"));
+  window_->setWindowTitle(QStringLiteral("Tamboro"));
+  auto* menus = new MenuBar(*library_);
+  window_->setMenuBar(menus);
+  window_->setCentralWidget(new ContentView(*library_, *files_, *defaults_, prompts_));
+  connect(menus, &MenuBar::aboutRequested, this, &Application::showAbout);
+  connect(menus, &MenuBar::checkForUpdatesRequested, this,
+          [this] { appDelegate_.updaterController().checkForUpdates(window_.get()); });
+  folderPanel_.attach(window_.get(), [this](const Path& folder) { return library_->resolveRoot(folder).has_value(); });
+  const QSize room = window_->screen()->availableSize();
+  window_->resize(QSize(Look::px(1200), Look::px(800)).boundedTo(room));
+}
+
+void Application::showMainWindow() {
+  window_->show();
+  appDelegate_.applicationDidFinishLaunching();
+}
+
+void Application::showAbout() {
+  auto* panel =
+      new AboutPanel(aboutTexts(QStringLiteral(TAMBORO_VERSION), QStringLiteral(TAMBORO_BUILD_NUMBER)), window_.get());
+  panel->open();
+}
+
+bool Application::eventFilter(QObject* watched, QEvent* event) {
+  // The desktop's light or dark can change while the program runs.
+  if (event->type() == QEvent::ThemeChange && watched == window_.get()) LookStyle::apply(LookStyle::systemLook());
+#ifdef Q_OS_MACOS
+  // Clicking the running program's icon in the Dock.
+  if (event->type() == QEvent::ApplicationActivate && window_)
+    appDelegate_.applicationShouldHandleReopen(!window_->isMinimized());
+#endif
+  return QObject::eventFilter(watched, event);
+}
+
+}  // namespace tamboro

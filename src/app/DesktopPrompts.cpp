@@ -1,0 +1,71 @@
+#include "app/DesktopPrompts.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QStandardPaths>
+
+#include "views/controls/AlertSheet.h"
+
+namespace tamboro {
+
+namespace {
+
+QFileDialog* makePanel(QWidget* parent, const QString& objectName, const QString& title, const QString& start) {
+  auto* panel = new QFileDialog(parent, title, start);
+  panel->setObjectName(objectName);
+  panel->setAttribute(Qt::WA_DeleteOnClose);
+  panel->setWindowModality(Qt::WindowModal);
+  return panel;
+}
+
+}  // namespace
+
+std::filesystem::path pathOf(const QString& text) {
+  return QFile::encodeName(text).toStdString();
+}
+
+void DesktopPrompts::alert(QWidget* parent, const Alert& alert, std::function<void(std::size_t)> answer) {
+  auto* sheet = new AlertSheet(alert, parent ? parent->window() : nullptr);
+  QObject::connect(sheet, &QDialog::finished, sheet,
+                   [answer = std::move(answer)](int position) { answer(static_cast<std::size_t>(position)); });
+  sheet->open();
+}
+
+void openFolderPanel(QWidget* parent, const FolderQuestion& question, const QString& start, bool makesFolders,
+                     std::function<void(std::optional<std::filesystem::path>)> answer) {
+  QFileDialog* panel =
+      makePanel(parent ? parent->window() : nullptr, QStringLiteral("folderPanel"), question.message, start);
+  panel->setFileMode(QFileDialog::Directory);
+  panel->setOption(QFileDialog::ShowDirsOnly);
+  panel->setOption(QFileDialog::ReadOnly, !makesFolders);
+  panel->setLabelText(QFileDialog::Accept, question.prompt);
+  QObject::connect(panel, &QDialog::finished, panel, [panel, answer = std::move(answer)](int result) {
+    const QStringList chosen = panel->selectedFiles();
+    answer(result == QDialog::Accepted && !chosen.isEmpty() ? std::optional(pathOf(chosen.first())) : std::nullopt);
+  });
+  panel->open();
+}
+
+void DesktopPrompts::chooseFolder(QWidget* parent, const FolderQuestion& question,
+                                  std::function<void(std::optional<std::filesystem::path>)> answer) {
+  openFolderPanel(parent, question, QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), true,
+                  std::move(answer));
+}
+
+void DesktopPrompts::chooseFiles(QWidget* parent, const FilesQuestion& question,
+                                 std::function<void(std::vector<std::filesystem::path>)> answer) {
+  QFileDialog* panel = makePanel(parent ? parent->window() : nullptr, QStringLiteral("filePanel"), question.title,
+                                 QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
+  panel->setFileMode(QFileDialog::ExistingFiles);
+  panel->setNameFilters(question.nameFilters);
+  QObject::connect(panel, &QDialog::finished, panel, [panel, answer = std::move(answer)](int result) {
+    std::vector<std::filesystem::path> files;
+    if (result == QDialog::Accepted)
+      for (const QString& file : panel->selectedFiles())
+        files.push_back(pathOf(file));
+    answer(std::move(files));
+  });
+  panel->open();
+}
+
+}  // namespace tamboro

@@ -1,0 +1,128 @@
+#include "app/MenuBar.h"
+
+#include <QApplication>
+#include <algorithm>
+
+namespace tamboro {
+
+std::optional<Slot> slotOfKitNumber(const RolandLibrary& store, int number) {
+  std::vector<Slot> slots;
+  for (const Kit& kit : store.kits())
+    slots.push_back(kit.slot);
+  if (number < 1 || static_cast<std::size_t>(number) > slots.size()) return std::nullopt;
+  std::sort(slots.begin(), slots.end());
+  return slots[static_cast<std::size_t>(number) - 1];
+}
+
+MenuBar::MenuBar(RolandLibrary& store, QWidget* parent) : QMenuBar(parent), store_(store) {
+  setObjectName(QStringLiteral("menuBar"));
+  setAccessibleName(QStringLiteral("Menus"));
+  addFileMenu();
+  addEditMenu();
+  addKitMenu();
+  addHelpMenu();
+  connect(&store, &RolandLibrary::published, this, &MenuBar::follow);
+  connect(&store.undoManager(), &UndoManager::changed, this, &MenuBar::followUndo);
+  follow();
+  followUndo();
+}
+
+QAction* MenuBar::addRow(QMenu* menu, const QString& objectName, const QString& title, const QKeySequence& key) {
+  QAction* row = menu->addAction(title);
+  row->setObjectName(objectName);
+  row->setMenuRole(QAction::NoRole);
+  row->setShortcut(key);
+  // The keys also work while another window of the program is in front, as with one menu bar for all.
+  row->setShortcutContext(Qt::ApplicationShortcut);
+  return row;
+}
+
+void MenuBar::addFileMenu() {
+  QMenu* file = addMenu(QStringLiteral("&File"));
+  QAction* newKit = addRow(file, QStringLiteral("newKit"), QStringLiteral("New Kit"), Qt::CTRL | Qt::Key_N);
+  connect(newKit, &QAction::triggered, this, [this] { store_.createBlankKit(); });
+  save_ = addRow(file, QStringLiteral("save"), QStringLiteral("Save to SPD-SX"), Qt::CTRL | Qt::Key_S);
+  // The row only shows the key: it belongs to the Save button, and two owners would silence each other. In this
+  // context it acts for the menu bar's own focus alone, which no key that is typed into a screen finds.
+  save_->setShortcutContext(Qt::WidgetShortcut);
+  connect(save_, &QAction::triggered, this, &MenuBar::save);
+  file->addSeparator();
+  QAction* quit = addRow(file, QStringLiteral("quit"), QStringLiteral("Quit Tamboro"), Qt::CTRL | Qt::Key_Q);
+  quit->setMenuRole(QAction::QuitRole);
+  connect(quit, &QAction::triggered, qApp, &QApplication::quit);
+}
+
+void MenuBar::addEditMenu() {
+  QMenu* edit = addMenu(QStringLiteral("&Edit"));
+  undo_ = addRow(edit, QStringLiteral("undo"), QStringLiteral("Undo"), Qt::CTRL | Qt::Key_Z);
+  redo_ = addRow(edit, QStringLiteral("redo"), QStringLiteral("Redo"), Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
+  connect(undo_, &QAction::triggered, this, [this] { store_.undoManager().undo(); });
+  connect(redo_, &QAction::triggered, this, [this] { store_.undoManager().redo(); });
+  edit->addSeparator();
+  copySound_ = addRow(edit, QStringLiteral("copySound"), QStringLiteral("Copy Sound"));
+  pasteSound_ = addRow(edit, QStringLiteral("pasteSound"), QStringLiteral("Paste Sound"));
+  connect(copySound_, &QAction::triggered, this, &MenuBar::copySound);
+  connect(pasteSound_, &QAction::triggered, this, &MenuBar::pasteSound);
+}
+
+void MenuBar::addKitMenu() {
+  QMenu* kit = addMenu(QStringLiteral("&Kit"));
+  for (int number = 1; number <= 9; ++number) {
+    QAction* row = addRow(kit, QStringLiteral("goToKit%1").arg(number), QStringLiteral("Go to Kit %1").arg(number),
+                          QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + number)));
+    connect(row, &QAction::triggered, this, [this, number] { goToKit(number); });
+    goToKit_[static_cast<std::size_t>(number) - 1] = row;
+  }
+}
+
+void MenuBar::addHelpMenu() {
+  QMenu* help = addMenu(QStringLiteral("&Help"));
+  QAction* shortcuts =
+      addRow(help, QStringLiteral("keyboardShortcuts"), QStringLiteral("Keyboard Shortcuts"), Qt::CTRL | Qt::Key_Slash);
+  connect(shortcuts, &QAction::triggered, this, [this] { store_.setShowingShortcutsHelp(true); });
+  QAction* updates = addRow(help, QStringLiteral("checkForUpdates"), QStringLiteral("Check for Updates…"));
+  updates->setMenuRole(QAction::ApplicationSpecificRole);
+  connect(updates, &QAction::triggered, this, &MenuBar::checkForUpdatesRequested);
+  QAction* about = addRow(help, QStringLiteral("about"), QStringLiteral("About Tamboro"));
+  about->setMenuRole(QAction::AboutRole);
+  connect(about, &QAction::triggered, this, &MenuBar::aboutRequested);
+}
+
+void MenuBar::follow() {
+  save_->setEnabled(store_.hasUnsavedChanges());
+  copySound_->setEnabled(store_.selectedWave() != nullptr);
+  pasteSound_->setEnabled(store_.copiedWaveIndex() && store_.selectedKitSlot());
+  for (std::size_t position = 0; position < goToKit_.size(); ++position)
+    goToKit_[position]->setEnabled(store_.kits().size() > position);
+}
+
+void MenuBar::followUndo() {
+  const UndoManager& manager = store_.undoManager();
+  const auto show = [](QAction& row, const QString& word, bool canRun, const QString& name) {
+    row.setEnabled(canRun);
+    row.setText(canRun && !name.isEmpty() ? word + QLatin1Char(' ') + name : word);
+  };
+  show(*undo_, QStringLiteral("Undo"), manager.canUndo(), manager.undoActionName());
+  show(*redo_, QStringLiteral("Redo"), manager.canRedo(), manager.redoActionName());
+}
+
+void MenuBar::goToKit(int number) {
+  if (const auto slot = slotOfKitNumber(store_, number)) store_.setSelectedKitSlot(slot);
+}
+
+void MenuBar::copySound() {
+  if (const Wave* wave = store_.selectedWave()) store_.setCopiedWaveIndex(wave->id());
+}
+
+void MenuBar::pasteSound() {
+  const auto slot = store_.selectedKitSlot();
+  const auto sound = store_.copiedWaveIndex();
+  if (slot && sound) store_.setPadSound(*slot, store_.selectedPadIndex(), *sound);
+}
+
+void MenuBar::save() {
+  // Failures are the Save button's to report.
+  if (store_.hasUnsavedChanges()) store_.save([](const std::exception_ptr&) {});
+}
+
+}  // namespace tamboro

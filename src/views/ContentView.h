@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+#include <optional>
+
+#include "library/RolandLibrary.h"
+#include "views/controls/Prompts.h"
+
+class QStackedLayout;
+
+namespace tamboro {
+
+class EmptyStatePanel;
+class Sheet;
+class WelcomeView;
+
+/// The main window's content: the welcome screen exactly while no card is open, else three columns between toolbar and
+/// status line. Restores the last card and kit when it first appears and takes dropped card folders.
+class ContentView : public QWidget {
+  Q_OBJECT
+
+ public:
+  static const QString lastKitSlotKey;
+
+  ContentView(RolandLibrary& store, const FileSystem& files, Defaults& defaults, Prompts& prompts,
+              QWidget* parent = nullptr);
+
+  void setShowingTagEditor(bool on);
+  bool showingTagEditor() const { return !tagEditor_.isNull(); }
+  /// The message of a failed save while its alert is up.
+  const std::optional<QString>& showingExportError() const { return showingExportError_; }
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  QWidget* makeWorkspace();
+  QWidget* makeToolbar();
+  QWidget* makeColumns();
+  QWidget* makeMiddle();
+  void refresh();
+  void restore();
+  void rememberKit();
+  void save();
+  Sheet* openSheet(const QString& objectName, const QString& title, const QString& closeTitle);
+  void followShortcutsHelp();
+
+  RolandLibrary& store_;
+  Defaults& defaults_;
+  Prompts& prompts_;
+
+  std::optional<QString> showingExportError_;
+  bool hasAppeared_ = false;
+
+  QStackedLayout* pages_;
+  WelcomeView* welcome_;
+  QWidget* workspace_;
+  QStackedLayout* middle_ = nullptr;
+  EmptyStatePanel* noKit_ = nullptr;
+  EmptyStatePanel* kit_ = nullptr;
+  QPointer<Sheet> tagEditor_;
+  QPointer<Sheet> shortcutsHelp_;
+};
+
+}  // namespace tamboro

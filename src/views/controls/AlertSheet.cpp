@@ -1,0 +1,60 @@
+#include "views/controls/AlertSheet.h"
+
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "views/controls/Labels.h"
+#include "views/look/LookStyle.h"
+
+namespace tamboro {
+
+namespace {
+
+/// Labels wrap at words only; a path without a break makes the sheet wider instead of being cut.
+int longestWord(const QString& text, const QFontMetrics& metrics) {
+  int longest = 0;
+  for (const QString& word : text.split(QLatin1Char(' ')))
+    longest = std::max(longest, metrics.horizontalAdvance(word));
+  return longest;
+}
+
+}  // namespace
+
+AlertSheet::AlertSheet(const Alert& alert, QWidget* parent) : Sheet(QStringLiteral("alert"), alert.title, parent) {
+  column()->setSpacing(8);
+  addText(QStringLiteral("alertTitle"), alert.title, true);
+  addText(QStringLiteral("alertText"), alert.text, false);
+  column()->addSpacing(12);
+  addButtons(alert);
+  layout()->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+void AlertSheet::addText(const QString& objectName, const QString& text, bool isHeadline) {
+  if (text.isEmpty()) return;
+  QLabel* label = makeLabel(objectName, {}, isHeadline ? TextStyle::headline : TextStyle::body,
+                            isHeadline ? textRole::primary : textRole::secondary);
+  setWrappedText(*label, text,
+                 std::clamp(longestWord(text, QFontMetrics(label->font())) + 4, Look::px(320), Look::px(520)));
+  column()->addWidget(label);
+}
+
+void AlertSheet::addButtons(const Alert& alert) {
+  const bool hasChoice = alert.buttons.size() > 1;
+  int position = 0;
+  for (const AlertButton& wanted : alert.buttons) {
+    QPushButton* button = addButton(wanted.title);
+    const bool isCancel = wanted.role == AlertButton::Role::cancel;
+    if (isCancel) cancelPosition_ = position;
+    if (wanted.role == AlertButton::Role::destructive) setControlLook(*button, ControlLook::destructive);
+    if (wanted.role == AlertButton::Role::prominent || !hasChoice) {
+      setControlLook(*button, ControlLook::prominent);
+      button->setDefault(true);
+    }
+    if (isCancel || !hasChoice) button->setFocus();
+    connect(button, &QPushButton::clicked, this, [this, position] { done(position); });
+    ++position;
+  }
+}
+
+}  // namespace tamboro

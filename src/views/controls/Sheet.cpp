@@ -1,0 +1,69 @@
+#include "views/controls/Sheet.h"
+
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "views/controls/Labels.h"
+#include "views/controls/Surface.h"
+#include "views/look/LookPaint.h"
+
+namespace tamboro {
+
+namespace {
+
+/// Buttons of a sheet are at least 76 wide, so that short words don't make dots of them.
+QPushButton* makeButton(const QString& title) {
+  auto* button = new QPushButton(title);
+  button->setObjectName(title.simplified().toLower().remove(QLatin1Char(' ')) + QStringLiteral("Button"));
+  button->setMinimumWidth(Look::px(76) + 2 * ringRoom);
+  button->setAutoDefault(false);
+  return button;
+}
+
+}  // namespace
+
+Sheet::Sheet(const QString& objectName, const QString& title, QWidget* parent)
+#ifdef Q_OS_MACOS
+    : QDialog(parent, Qt::Sheet)
+#else
+    : QDialog(parent)
+#endif
+{
+  setObjectName(objectName);
+  setWindowTitle(title);
+  setAccessibleName(title);
+  setWindowModality(Qt::WindowModal);
+  setAttribute(Qt::WA_DeleteOnClose);
+  rows_ = new QVBoxLayout(this);
+  rows_->setSpacing(0);
+  column_ = new QVBoxLayout;
+  column_->setContentsMargins(20, 20, 20, 20);
+  column_->setSpacing(16);
+  rows_->addLayout(column_, 1);
+}
+
+QPushButton* Sheet::addHeader(const QString& title, const QString& closeTitle) {
+  auto* header = new Surface(&Look::window, Qt::BottomEdge);
+  auto* row = new QHBoxLayout(header);
+  row->setContentsMargins(20, 16, 20, 16);
+  row->addWidget(makeLabel(QStringLiteral("sheetTitle"), title, TextStyle::title2), 1);
+  auto* close = makeButton(closeTitle);
+  row->addWidget(close);
+  rows_->insertWidget(0, header);
+  connect(close, &QPushButton::clicked, this, &QDialog::accept);
+  return close;
+}
+
+QPushButton* Sheet::addButton(const QString& title) {
+  if (!buttons_) {
+    buttons_ = new QHBoxLayout;
+    buttons_->addStretch();
+    column_->addLayout(buttons_);
+  }
+  auto* button = makeButton(title);
+  buttons_->addWidget(button);
+  return button;
+}
+
+}  // namespace tamboro

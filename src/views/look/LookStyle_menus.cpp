@@ -1,0 +1,66 @@
+#include <QPainter>
+#include <QStyleOption>
+
+#include "views/look/Look.h"
+#include "views/look/LookPaint.h"
+#include "views/look/LookStyle.h"
+#include "views/look/Symbols.h"
+
+namespace tamboro {
+
+void LookStyle::drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) const {
+  const Look& look = Look::current();
+  painter.fillRect(option.rect, look.bar);
+  if (option.state & (State_Selected | State_Sunken) && option.state & State_Enabled)
+    paintBox(painter, option.rect.adjusted(1, 2, -1, -2), controlRadius,
+             option.state & State_Sunken ? look.rowSelected : look.rowHover);
+  painter.setPen(option.state & State_Enabled ? look.primary : look.disabledText);
+  const bool underlines = styleHint(SH_UnderlineShortcut, &option, nullptr, nullptr);
+  painter.drawText(option.rect,
+                   Qt::AlignCenter | Qt::TextSingleLine | (underlines ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
+                   option.text);
+}
+
+void LookStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const {
+  const Look& look = Look::current();
+  painter.save();
+  const QRect row = option.rect.adjusted(4, 0, -4, 0);
+  if (option.menuItemType == QStyleOptionMenuItem::Separator) {
+    painter.fillRect(row.x() + 6, row.center().y(), row.width() - 12, 1, look.separator);
+    painter.restore();
+    return;
+  }
+  const bool isEnabled = option.state & State_Enabled;
+  if (isEnabled && option.state & State_Selected) paintBox(painter, row, controlRadius, look.rowSelected);
+  const int mark = option.menuHasCheckableItems ? Look::px(20) : 0;
+  const QRect inside = row.adjusted(Look::px(10), 0, -Look::px(10), 0);
+  const QColor text = isEnabled ? look.primary : look.disabledText;
+  if (option.checked) {
+    const QRect box(inside.x() - Look::px(2), inside.center().y() - Look::px(6), Look::px(13), Look::px(13));
+    paintSymbol(painter, QStringLiteral("checkmark"), visualRect(option.direction, row, box), text);
+  }
+  const bool underlines = styleHint(SH_UnderlineShortcut, &option, nullptr, nullptr);
+  const int flags = Qt::AlignVCenter | Qt::AlignAbsolute | Qt::TextSingleLine |
+                    (underlines ? Qt::TextShowMnemonic : Qt::TextHideMnemonic);
+  const auto side = [&](Qt::Alignment alignment) {
+    return flags | static_cast<int>(visualAlignment(option.direction, alignment));
+  };
+  painter.setFont(option.font);
+  painter.setPen(text);
+  const QStringList parts = option.text.split(QLatin1Char('\t'));
+  painter.drawText(visualRect(option.direction, row, inside.adjusted(mark, 0, 0, 0)), side(Qt::AlignLeft),
+                   parts.first());
+  if (parts.size() > 1) {
+    painter.setPen(isEnabled ? look.secondary : look.disabledText);
+    painter.drawText(visualRect(option.direction, row, inside), side(Qt::AlignRight), parts.last());
+  }
+  if (option.menuItemType == QStyleOptionMenuItem::SubMenu) {
+    const QRect arrow(inside.right() - Look::px(10), inside.center().y() - Look::px(5), Look::px(11), Look::px(11));
+    const bool isMirrored = option.direction == Qt::RightToLeft;
+    paintSymbol(painter, isMirrored ? QStringLiteral("chevron.left") : QStringLiteral("chevron.right"),
+                visualRect(option.direction, row, arrow), text);
+  }
+  painter.restore();
+}
+
+}  // namespace tamboro
