@@ -67,7 +67,10 @@ std::size_t SpdNode::indexOf(std::string_view name, std::size_t occurrence) cons
   const std::span<const SpdNode> nodes = children();
   std::size_t index = 0;
   for (; index < nodes.size(); ++index) {
-    if (nodes[index].name() == name && occurrence-- == 0) break;
+    // Most names differ in length or first byte already, which spares a call for each.
+    const std::string_view other = nodes[index].name();
+    if (other.size() != name.size() || (!name.empty() && other.front() != name.front())) continue;
+    if (other == name && occurrence-- == 0) break;
   }
   return index;
 }
@@ -97,8 +100,12 @@ std::size_t SpdNode::childCount(std::string_view name) const {
 
 std::int64_t SpdNode::intValue(std::string_view name, std::int64_t fallback) const {
   const SpdNode* const node = child(name);
-  if (node == nullptr || node->content() != Content::leaf) return fallback;
-  std::string_view digits = node->text();
+  return node == nullptr ? fallback : node->leafValue(fallback);
+}
+
+std::int64_t SpdNode::leafValue(std::int64_t fallback) const {
+  if (content() != Content::leaf) return fallback;
+  std::string_view digits = text();
   if (digits.starts_with('+')) {
     digits.remove_prefix(1);
     if (digits.starts_with('-')) return fallback;

@@ -93,6 +93,7 @@ class SpdNode {
 
   explicit SpdNode(const Fields& fields) noexcept : fields_(fields) {}
 
+  std::int64_t leafValue(std::int64_t fallback) const;
   std::size_t indexOf(std::string_view name, std::size_t occurrence) const;
   bool equalsBesidesChildren(const SpdNode& other) const;
   void makeEditable(std::size_t room);

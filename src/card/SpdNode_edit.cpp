@@ -30,7 +30,9 @@ class CellName {
 
   std::string_view of(int cell) {
     name_.resize(prefixSize_);
-    return name_.append(Decimal(cell).text());
+    if (cell >= 10) return name_.append(Decimal(cell).text());
+    name_.push_back(static_cast<char>('0' + cell));  // most cells, and names are read by the thousand
+    return name_;
   }
 
  private:
@@ -107,12 +109,21 @@ void SpdNode::replaceChild(std::string_view name, std::size_t occurrence, const 
 }
 
 std::string SpdNode::encodedName(std::string_view prefix, int count) const {
+  const std::span<const SpdNode> nodes = children();
   std::string text;
   CellName name(prefix);
+  bool isRun = true;  // so far the cells are the first children, and none before a cell can have its name
   for (int cell = 0; cell < count; ++cell) {
-    const std::int64_t code = intValue(name.of(cell), 0);
+    const auto place = static_cast<std::size_t>(cell);
+    const std::string_view cellName = name.of(cell);
+    isRun = isRun && place < nodes.size() && nodes[place].name() == cellName;
+    const std::int64_t code = isRun ? nodes[place].leafValue(0) : intValue(cellName, 0);
     if (code == 0 || !utf8::isScalarValue(code)) break;
-    utf8::append(text, static_cast<char32_t>(code));
+    if (code < 0x80) {
+      text.push_back(static_cast<char>(code));
+    } else {
+      utf8::append(text, static_cast<char32_t>(code));
+    }
   }
   return text;
 }

@@ -15,22 +15,18 @@ namespace {
 
 using Order = std::vector<std::size_t>;  // positions in the list of samples
 
-// What the lists need of a sample, read in one go: a card's samples are megabytes of tree. The leaf is shared by all
-// lists that name the sample.
+// What the lists need of a sample, read in one go: a card's samples are megabytes of tree.
 struct Sample {
   WaveId id;
   std::int64_t tag;
   std::string key;
-  SpdNode leaf;
 };
 
 std::vector<Sample> samplesOf(std::span<const Wave> waves) {
   std::vector<Sample> samples;
   samples.reserve(waves.size());
-  for (const Wave& wave : waves) {
-    const WaveId id = wave.id();
-    samples.push_back({id, wave.tag(), nameSortKey(wave.name()), SpdNode::leaf("Wv", std::to_string(id))});
-  }
+  for (const Wave& wave : waves)
+    samples.push_back({wave.id(), wave.tag(), nameSortKey(wave.name())});
   return samples;
 }
 
@@ -81,30 +77,38 @@ Order orderByName(const std::vector<Sample>& samples) {
   return order;
 }
 
+// Each sample's leaf, shared by all lists that name it. Made in the order in which it will be read most, so that the
+// walks over a list run along the memory.
+std::vector<SpdNode> leavesOf(const std::vector<Sample>& samples, const Order& order) {
+  std::vector<SpdNode> leaves(samples.size());
+  for (const std::size_t position : order)
+    leaves[position] = SpdNode::leaf("Wv", std::to_string(samples[position].id));
+  return leaves;
+}
+
 SpdDocument document(std::string_view rootName, std::vector<SpdNode> children) {
   return {SpdNode::container(rootName, std::move(children)), LineSeparator::lf, "\n"};
 }
 
-SpdDocument nameIndex(const std::vector<Sample>& samples, const Order& order) {
-  std::vector<SpdNode> leaves;
-  leaves.reserve(order.size());
+SpdDocument nameIndex(const std::vector<SpdNode>& leaves, const Order& order) {
+  std::vector<SpdNode> sorted;
+  sorted.reserve(order.size());
   for (const std::size_t position : order)
-    leaves.push_back(samples[position].leaf);
-  return document("WvListSortbyName", std::move(leaves));
+    sorted.push_back(leaves[position]);
+  return document("WvListSortbyName", std::move(sorted));
 }
 
-SpdDocument tagIndex(std::string_view rootName, const std::vector<Sample>& samples, const Order& order, int tagCount) {
+SpdDocument tagIndex(std::string_view rootName, const std::vector<Sample>& samples, const std::vector<SpdNode>& leaves,
+                     const Order& order, int tagCount) {
   std::vector<std::vector<SpdNode>> leavesOfTag(static_cast<std::size_t>(std::max(tagCount, 0)));
   for (const std::size_t position : order) {
-    const Sample& sample = samples[position];
-    if (sample.tag >= 0 && sample.tag < tagCount) {
-      leavesOfTag[static_cast<std::size_t>(sample.tag)].push_back(sample.leaf);
-    }
+    const std::int64_t tag = samples[position].tag;
+    if (tag >= 0 && tag < tagCount) leavesOfTag[static_cast<std::size_t>(tag)].push_back(leaves[position]);
   }
   std::vector<SpdNode> lists;
   lists.reserve(leavesOfTag.size());
-  for (std::vector<SpdNode>& leaves : leavesOfTag)
-    lists.push_back(SpdNode::container("WvList", std::move(leaves)));
+  for (std::vector<SpdNode>& list : leavesOfTag)
+    lists.push_back(SpdNode::container("WvList", std::move(list)));
   return document(rootName, std::move(lists));
 }
 
@@ -116,23 +120,21 @@ constexpr std::string_view tagNameRoot = "WvListSortbyName_Tag";
 WaveListIndexes buildWaveListIndexes(std::span<const Wave> waves, int tagCount) {
   const std::vector<Sample> samples = samplesOf(waves);
   const Order byName = orderByName(samples);
-  return {nameIndex(samples, byName), tagIndex(tagNumberRoot, samples, orderById(samples), tagCount),
-          tagIndex(tagNameRoot, samples, byName, tagCount)};
+  const std::vector<SpdNode> leaves = leavesOf(samples, byName);
+  return {nameIndex(leaves, byName), tagIndex(tagNumberRoot, samples, leaves, orderById(samples), tagCount),
+          tagIndex(tagNameRoot, samples, leaves, byName, tagCount)};
 }
 
 SpdDocument buildNameIndex(std::span<const Wave> waves) {
-  const std::vector<Sample> samples = samplesOf(waves);
-  return nameIndex(samples, orderByName(samples));
+  return buildWaveListIndexes(waves, 0).byName;
 }
 
 SpdDocument buildTagNumberIndex(std::span<const Wave> waves, int tagCount) {
-  const std::vector<Sample> samples = samplesOf(waves);
-  return tagIndex(tagNumberRoot, samples, orderById(samples), tagCount);
+  return buildWaveListIndexes(waves, tagCount).byTagNumber;
 }
 
 SpdDocument buildTagNameIndex(std::span<const Wave> waves, int tagCount) {
-  const std::vector<Sample> samples = samplesOf(waves);
-  return tagIndex(tagNameRoot, samples, orderByName(samples), tagCount);
+  return buildWaveListIndexes(waves, tagCount).byTagName;
 }
 
 }  // namespace tamboro

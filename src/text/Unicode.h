@@ -29,7 +29,7 @@ DottedI dottedIOfLocale(std::string_view locale);
 std::string searchFold(std::string_view text, DottedI dottedI);
 
 /// Equal keys: a FAT volume may hold only one of the two file names. Case and canonical form don't count; where file
-/// system drivers differ (ß, ligatures, dotless i) names count as equal, so a name that is free here is free everywhere.
+/// system drivers differ (ß, ligatures, dotless i) names count as equal: what is free here is free everywhere.
 std::string fileNameKey(std::string_view name);
 
 }  // namespace tamboro
