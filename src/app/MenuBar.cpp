@@ -41,10 +41,9 @@ void MenuBar::addFileMenu() {
   QMenu* file = addMenu(QStringLiteral("&File"));
   QAction* newKit = addRow(file, QStringLiteral("newKit"), QStringLiteral("New Kit"), Qt::CTRL | Qt::Key_N);
   connect(newKit, &QAction::triggered, this, [this] { store_.createBlankKit(); });
-  save_ = addRow(file, QStringLiteral("save"), QStringLiteral("Save to SPD-SX"), Qt::CTRL | Qt::Key_S);
-  // The row only shows the key: it belongs to the Save button, and two owners would silence each other. In this
-  // context it acts for the menu bar's own focus alone, which no key that is typed into a screen finds.
-  save_->setShortcutContext(Qt::WidgetShortcut);
+  // The row only shows the key: it belongs to the Save button, and two owners would silence each other.
+  const QString key = QKeySequence(Qt::CTRL | Qt::Key_S).toString(QKeySequence::NativeText);
+  save_ = addRow(file, QStringLiteral("save"), QStringLiteral("Save to SPD-SX\t") + key);
   connect(save_, &QAction::triggered, this, &MenuBar::save);
   file->addSeparator();
   QAction* quit = addRow(file, QStringLiteral("quit"), QStringLiteral("Quit Tamboro"), Qt::CTRL | Qt::Key_Q);

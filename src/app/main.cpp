@@ -7,7 +7,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("tamboro"));
   QApplication::setApplicationDisplayName(QStringLiteral("Tamboro"));
-  QApplication::setDesktopFileName(QStringLiteral("tamboro"));
+  QApplication::setDesktopFileName(QStringLiteral("org.tamboro.Tamboro"));
   tamboro::LookStyle::install(application);
   tamboro::Application tamboro;
   tamboro.showMainWindow();
