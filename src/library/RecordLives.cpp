@@ -20,8 +20,8 @@ void RecordLives::saved(std::size_t card, const State& state) {
   cards_.at(card).onCard = state;
 }
 
-RecordLives::Life RecordLives::life(Kind kind, std::int64_t key) const {
-  const auto& lives = kind == Kind::kit ? now_.kits : now_.waves;
+RecordLives::Life RecordLives::State::life(Kind kind, std::int64_t key) const {
+  const auto& lives = kind == Kind::kit ? kits : waves;
   const auto found = lives.find(key);
   return found == lives.end() ? 0 : found->second;
 }

@@ -21,6 +21,8 @@ class RecordLives {
   struct State {
     std::map<std::int64_t, Life> kits;
     std::map<std::int64_t, Life> waves;
+
+    Life life(Kind kind, std::int64_t key) const;
   };
 
   /// A card has been read: its keys have the lives that were last saved to it.
@@ -32,7 +34,7 @@ class RecordLives {
 
   std::size_t card() const { return card_; }
   const State& state() const { return now_; }
-  Life life(Kind kind, std::int64_t key) const;
+  Life life(Kind kind, std::int64_t key) const { return now_.life(kind, key); }
 
  private:
   struct Card {

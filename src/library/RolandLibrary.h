@@ -210,7 +210,7 @@ class RolandLibrary : public QObject {
     std::string fileName;
   };
 
-  template <class Value>
+  template<class Value>
   void publish(Value& field, Value value, Property property) {
     if (field == value) return;
     field = std::move(value);
@@ -226,11 +226,16 @@ class RolandLibrary : public QObject {
   void finishSave(const std::shared_ptr<RunningSave>& run, const std::optional<ExportResult>& result,
                   const std::exception_ptr& error);
   void applyResult(const RunningSave& run, const ExportResult& result);
-  void applyWave(const SaveSnapshot& snapshot, const Wave& written, const SpdDocument& document);
+  void applyDeletions(const SaveSnapshot& snapshot);
+  void applyWave(const Wave& written, const SpdDocument& document);
+  void applyKit(const Kit& written, const SpdDocument& document);
+  void holdStaged(std::shared_ptr<const StagedFiles> staged);
+  std::set<Path> stagedInUse() const;
   void startNextImport();
+  void endImport(const std::exception_ptr& error);
   std::optional<ImportPlace> importPlace(const Path& source) const;
   std::string freeAudioName(std::int64_t bank, const std::string& wanted) const;
-  void startStaging(const Import& import, const ImportPlace& place);
+  void startStaging(const ImportPlace& place);
   void addImported(const Import& import, const ImportPlace& place, const Path& staged);
   void removeStaged(const Path& staged);
   void copySettings(const Wave& original, WaveId copy);
@@ -244,6 +249,7 @@ class RolandLibrary : public QObject {
   std::optional<QString> lastError_;
   std::optional<QString> rootPath_;
   std::map<WaveId, Wave> pendingDeletions_;
+  std::map<RecordLives::Life, Wave> deletedWaves_;     ///< all pending deletions: an id can be deleted more than once
   std::map<Slot, std::uint64_t> pendingKitDeletions_;  ///< deleted slots, each with the deletion's own number
   std::optional<std::map<int, Pad>> copiedPads_;
   std::optional<WaveId> copiedWaveIndex_;
@@ -270,7 +276,8 @@ class RolandLibrary : public QObject {
   std::set<WaveId> begunWaves_;  ///< pending samples whose files a save has begun to write
   std::shared_ptr<RunningSave> running_;
   std::vector<Completion> waitingSaves_;
-  std::deque<Import> imports_;  ///< waiting for the one under way
+  std::vector<std::weak_ptr<const StagedFiles>> stagedReaders_;  ///< what saves and exports under way read
+  std::deque<Import> imports_;                                   ///< the first one is under way
   bool isImporting_ = false;
   WaveId lastImported_ = noWave;
 };

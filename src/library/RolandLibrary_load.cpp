@@ -72,6 +72,7 @@ void RolandLibrary::load(const Path& location) {
   waveDocs_ = std::move(content.waveDocs);
   tagListDoc_ = std::move(content.tagListDoc);
   pendingDeletions_.clear();
+  deletedWaves_.clear();
   pendingKitDeletions_.clear();
   stagedAudioFiles_.clear();
   begunWaves_.clear();

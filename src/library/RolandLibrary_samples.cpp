@@ -43,40 +43,65 @@ void RolandLibrary::importWave(const Path& source, const std::string& name, std:
 /// One after another: an import chooses its id before the copy and takes it afterwards.
 void RolandLibrary::startNextImport() {
   while (!isImporting_ && !imports_.empty()) {
-    const Import import = std::move(imports_.front());
-    imports_.pop_front();
+    const Import& import = imports_.front();
     if (import.loadCount != loadCount_) {
-      import.done(libraryError(LibraryError::Case::notLoaded));
+      endImport(libraryError(LibraryError::Case::notLoaded));
     } else if (const auto place = importPlace(import.source)) {
-      startStaging(import, *place);
+      startStaging(*place);
     } else {
-      import.done(libraryError(LibraryError::Case::noFreeSlot));
+      endImport(libraryError(LibraryError::Case::noFreeSlot));
     }
   }
 }
 
-void RolandLibrary::startStaging(const Import& import, const ImportPlace& place) {
+void RolandLibrary::endImport(const std::exception_ptr& error) {
+  const Import import = std::move(imports_.front());
+  imports_.pop_front();
+  import.done(error);
+}
+
+void RolandLibrary::startStaging(const ImportPlace& place) {
   isImporting_ = true;
   const Path staged = services_.stagingDir / bankFolder(place.bank) / place.fileName;
   auto error = std::make_shared<std::exception_ptr>();
   services_.jobs.start(
-      [source = import.source, staged, error, &files = services_.files] {
+      [source = imports_.front().source, staged, error, &files = services_.files] {
         try {
           stageAudio(files, source, staged);
         } catch (...) {
           *error = std::current_exception();
         }
       },
-      [this, import, place, staged, error] {
-        isImporting_ = false;
+      [this, place, staged, error] {
+        const Import& import = imports_.front();
         if (!*error && import.loadCount != loadCount_) {
           removeStaged(staged);
           *error = libraryError(LibraryError::Case::notLoaded);
         }
         if (!*error) addImported(import, place, staged);
-        import.done(*error);
+        isImporting_ = false;
+        endImport(*error);
         startNextImport();
       });
+}
+
+void RolandLibrary::holdStaged(std::shared_ptr<const StagedFiles> staged) {
+  std::erase_if(stagedReaders_, [](const auto& reader) { return reader.expired(); });
+  stagedReaders_.push_back(std::move(staged));
+}
+
+/// What jobs under way and waiting imports are still to read: staged audio among it must neither go nor be replaced.
+std::set<Path> RolandLibrary::stagedInUse() const {
+  std::set<Path> inUse;
+  for (const auto& reader : stagedReaders_) {
+    const auto staged = reader.lock();
+    if (!staged) continue;
+    for (const auto& [id, file] : *staged)
+      inUse.insert(file);
+  }
+  for (const Import& import : imports_)
+    inUse.insert(import.source);
+  return inUse;
 }
 
 std::optional<RolandLibrary::ImportPlace> RolandLibrary::importPlace(const Path& source) const {
@@ -99,10 +124,8 @@ std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& w
        wave != waves_.end() && wave->bank == bank; ++wave) {
     take(wave->relativeAudioPath());
   }
-  // What a running save is still to copy must not be replaced in the staging folder.
-  if (running_) {
-    for (const auto& [id, staged] : running_->snapshot.stagedAudioFiles)
-      take(staged);
+  for (const Path& file : stagedInUse()) {
+    if (file.parent_path() == services_.stagingDir / bankFolder(bank)) take(file);
   }
   try {
     for (const std::string& name : services_.files.list(*rootURL_ / cardpaths::waveDataFolder(bank)))
@@ -162,12 +185,15 @@ void RolandLibrary::deleteWave(WaveId id) {
   begunWaves_.erase(id);
   const auto staged = stagedAudioFiles_.find(id);
   if (removed.isPending && staged != stagedAudioFiles_.end()) {
-    if (!running_) removeStaged(staged->second);
+    if (!stagedInUse().contains(staged->second)) removeStaged(staged->second);
     stagedAudioFiles_.erase(staged);
   }
-  if (isOnCard) pendingDeletions_.insert_or_assign(id, removed);
   waveDocs_.erase(id);
   lives_.renew(RecordLives::Kind::wave, id);
+  if (isOnCard) {
+    deletedWaves_.emplace(lives_.life(RecordLives::Kind::wave, id), removed);
+    pendingDeletions_.insert_or_assign(id, removed);
+  }
   Q_EMIT published(Property::waves);
   if (isOnCard) Q_EMIT published(Property::pendingDeletions);
 }

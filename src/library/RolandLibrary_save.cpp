@@ -58,7 +58,7 @@ SaveSnapshot RolandLibrary::takeSnapshot() const {
   SaveSnapshot snapshot;
   snapshot.root = *rootURL_;
   snapshot.volume = volume_;
-  snapshot.deletions = pendingDeletions_;
+  snapshot.deletions = deletedWaves_;
   snapshot.kitDeletions = pendingKitDeletions_;
   snapshot.dirtyWaves = dirtyOnes(waves_);
   snapshot.dirtyKits = dirtyOnes(kits_);
@@ -85,6 +85,7 @@ void RolandLibrary::startSave(std::vector<Completion> waiting) {
     if (wave.isPending) begunWaves_.insert(wave.id());
   }
   running_ = run;
+  holdStaged({run, &run->snapshot.stagedAudioFiles});
   publish(isExporting_, true, Property::isExporting);
   // The job sees the values alone; the files outlive it because the application waits for its jobs.
   auto outcome = std::make_shared<Outcome<ExportResult>>();
@@ -121,19 +122,17 @@ void RolandLibrary::applyResult(const RunningSave& run, const ExportResult& resu
   lives_.saved(run.card, run.lives);
   const SaveSnapshot& snapshot = run.snapshot;
   if (snapshot.loadCount != loadCount_) return;
-  for (const auto& [id, wave] : snapshot.deletions)
-    waveDocs_.erase(id);
-  eraseEntries(pendingDeletions_, snapshot.deletions);
-  eraseEntries(pendingKitDeletions_, snapshot.kitDeletions);
+  applyDeletions(snapshot);
+  // What was written for a record that has gone says nothing about the one that has taken its key since.
+  const auto isStillThere = [&](RecordLives::Kind kind, std::int64_t key) {
+    return lives_.life(kind, key) == run.lives.life(kind, key);
+  };
   for (const Wave& written : snapshot.dirtyWaves) {
-    const auto document = result.updatedWaveDocs.find(written.id());
-    begunWaves_.erase(written.id());
-    if (document != result.updatedWaveDocs.end()) applyWave(snapshot, written, document->second);
+    if (isStillThere(RecordLives::Kind::wave, written.id()))
+      applyWave(written, result.updatedWaveDocs.at(written.id()));
   }
-  for (const auto& [slot, document] : result.updatedKitDocs)
-    kitDocs_.insert_or_assign(slot, document);
   for (const Kit& written : snapshot.dirtyKits) {
-    if (Kit* kit = findKit(written.slot); kit && *kit == written) kit->isDirty = false;
+    if (isStillThere(RecordLives::Kind::kit, written.slot)) applyKit(written, result.updatedKitDocs.at(written.slot));
   }
   if (result.updatedTagListDoc) {
     if (tagList_ && tagList_ == snapshot.tagList) tagList_->isDirty = false;
@@ -144,20 +143,29 @@ void RolandLibrary::applyResult(const RunningSave& run, const ExportResult& resu
   }
 }
 
-void RolandLibrary::applyWave(const SaveSnapshot& snapshot, const Wave& written, const SpdDocument& document) {
+/// Takes out what the save has removed, but not what has been deleted since.
+void RolandLibrary::applyDeletions(const SaveSnapshot& snapshot) {
+  eraseEntries(pendingKitDeletions_, snapshot.kitDeletions);
+  std::erase_if(deletedWaves_, [&](const auto& deletion) { return snapshot.deletions.contains(deletion.first); });
+  pendingDeletions_.clear();
+  for (const auto& [number, wave] : deletedWaves_)
+    pendingDeletions_.insert_or_assign(wave.id(), wave);
+}
+
+void RolandLibrary::applyWave(const Wave& written, const SpdDocument& document) {
   const WaveId id = written.id();
   waveDocs_.insert_or_assign(id, document);
-  const auto stagedThen = snapshot.stagedAudioFiles.find(id);
-  const auto stagedNow = stagedAudioFiles_.find(id);
-  const bool wasStaged = stagedThen != snapshot.stagedAudioFiles.end();
-  const bool isStaged = stagedNow != stagedAudioFiles_.end();
-  const bool sameAudio = wasStaged == isStaged && (!wasStaged || stagedThen->second == stagedNow->second);
-  if (!sameAudio) return;  // another sample has taken the id since
+  begunWaves_.erase(id);
+  stagedAudioFiles_.erase(id);
   if (Wave* wave = findWave(id)) {
     if (*wave == written) wave->isDirty = false;
     wave->isPending = false;
   }
-  if (isStaged) stagedAudioFiles_.erase(stagedNow);
+}
+
+void RolandLibrary::applyKit(const Kit& written, const SpdDocument& document) {
+  kitDocs_.insert_or_assign(written.slot, document);
+  if (Kit* kit = findKit(written.slot); kit && *kit == written) kit->isDirty = false;
 }
 
 void RolandLibrary::exportKit(Slot slot, const Path& destination, Completion done) {
@@ -178,6 +186,7 @@ void RolandLibrary::exportKit(Slot slot, const Path& destination, Completion don
     copyEntry(waveDocs_, wave.id(), values->waveDocs);
     copyEntry(stagedAudioFiles_, wave.id(), values->stagedAudioFiles);
   }
+  holdStaged({values, &values->stagedAudioFiles});
   auto error = std::make_shared<std::exception_ptr>();
   services_.jobs.start(
       [values, error, &files = services_.files] {
@@ -187,7 +196,7 @@ void RolandLibrary::exportKit(Slot slot, const Path& destination, Completion don
           *error = std::current_exception();
         }
       },
-      [error, done = std::move(done)] { done(*error); });
+      [values, error, done = std::move(done)] { done(*error); });
 }
 
 }  // namespace tamboro

@@ -21,8 +21,8 @@ using StagedFiles = std::map<std::int64_t, Path>;
 /// What a save works on, taken from the store on the main thread: plain values that no later edit reaches.
 struct SaveSnapshot {
   Path root;
-  VolumeIdentity volume;                   ///< of the root when the card was loaded
-  std::map<std::int64_t, Wave> deletions;  ///< deleted samples whose files are still on the card, by wave id
+  VolumeIdentity volume;                               ///< of the root when the card was loaded
+  std::map<std::uint64_t, Wave> deletions;             ///< samples to take off the card, by the deletion's own number
   std::map<std::int64_t, std::uint64_t> kitDeletions;  ///< slots of deleted kits, each with the deletion's own number
   std::vector<Wave> dirtyWaves;
   std::vector<Kit> dirtyKits;

@@ -267,8 +267,9 @@ Path PosixFileSystem::resolved(const Path& path) const {
 }
 
 std::unique_ptr<FileSystem> PosixFileSystem::rooted(const Path& folder) const {
-  return std::make_unique<PosixFileSystem>(openAt(base(), at(folder), O_RDONLY | O_DIRECTORY | O_NONBLOCK, folder),
-                                           resolved(folder));
+  Descriptor root = openAt(base(), at(folder), O_RDONLY | O_DIRECTORY | O_NONBLOCK, folder);
+  // Joined as it stands: resolving it takes longer than reading a few files, and most who ask never need it.
+  return std::make_unique<PosixFileSystem>(std::move(root), isRooted() ? rootPath_ / folder : folder);
 }
 
 }  // namespace
