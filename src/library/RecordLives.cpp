@@ -20,6 +20,17 @@ void RecordLives::saved(std::size_t card, const State& state) {
   cards_.at(card).onCard = state;
 }
 
+void RecordLives::saveFailed(std::size_t card, const State& state) {
+  State& onCard = cards_.at(card).onCard;
+  const auto forget = [this](const auto& written, auto& lives) {
+    for (const auto& [key, life] : written) {
+      if (const auto known = lives.find(key); known == lives.end() || known->second != life) lives[key] = ++last_;
+    }
+  };
+  forget(state.kits, onCard.kits);
+  forget(state.waves, onCard.waves);
+}
+
 RecordLives::Life RecordLives::State::life(Kind kind, std::int64_t key) const {
   const auto& lives = kind == Kind::kit ? kits : waves;
   const auto found = lives.find(key);

@@ -31,6 +31,8 @@ class RecordLives {
   void renew(Kind kind, std::int64_t key);
   /// The state has been written to the card it was taken from.
   void saved(std::size_t card, const State& state);
+  /// Writing the state has failed half way: what is on the card under the keys that it would have renewed is unknown.
+  void saveFailed(std::size_t card, const State& state);
 
   std::size_t card() const { return card_; }
   const State& state() const { return now_; }

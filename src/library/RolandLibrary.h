@@ -279,6 +279,7 @@ class RolandLibrary : public QObject {
   std::vector<std::weak_ptr<const StagedFiles>> stagedReaders_;  ///< what saves and exports under way read
   std::deque<Import> imports_;                                   ///< the first one is under way
   bool isImporting_ = false;
+  bool isStartingImports_ = false;
   WaveId lastImported_ = noWave;
 };
 

@@ -56,12 +56,12 @@ std::optional<Path> RolandLibrary::resolveRoot(const Path& location) const {
 void RolandLibrary::load(const Path& location) {
   const auto root = resolveRoot(location);
   if (!root) throw LibraryError(LibraryError::Case::rootNotFound);
+  const Path resolvedRoot = services_.files.resolved(*root);
   // A card that is being written would be read half old, half new.
-  if (running_ && running_->snapshot.root == *root) services_.jobs.waitForAll();
+  if (running_ && services_.files.resolved(running_->snapshot.root) == resolvedRoot) services_.jobs.waitForAll();
   const auto card = services_.files.rooted(*root);
   const VolumeIdentity volume = card->volumeIdentity(".");
   CardContent content = readCard(*card);
-  const Path resolvedRoot = services_.files.resolved(*root);
 
   rootURL_ = *root;
   volume_ = volume;

@@ -42,6 +42,9 @@ void RolandLibrary::importWave(const Path& source, const std::string& name, std:
 
 /// One after another: an import chooses its id before the copy and takes it afterwards.
 void RolandLibrary::startNextImport() {
+  // The caller of a refused import may ask for the next file from its completion: that one waits for this loop.
+  if (isStartingImports_) return;
+  isStartingImports_ = true;
   while (!isImporting_ && !imports_.empty()) {
     const Import& import = imports_.front();
     if (import.loadCount != loadCount_) {
@@ -52,6 +55,7 @@ void RolandLibrary::startNextImport() {
       endImport(libraryError(LibraryError::Case::noFreeSlot));
     }
   }
+  isStartingImports_ = false;
 }
 
 void RolandLibrary::endImport(const std::exception_ptr& error) {
@@ -121,8 +125,8 @@ std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& w
   const auto take = [&](const Path& file) { taken.insert(fileNameKey(file.filename().native())); };
   for (auto wave = std::lower_bound(waves_.begin(), waves_.end(), waveId(bank, 0),
                                     [](const Wave&w, WaveId id) { return w.id() < id; });
-       wave != waves_.end() && wave->bank == bank; ++wave) {
-    take(wave->relativeAudioPath());
+       wave != waves_.end() && wave->id() < waveId(bank + 1, 0); ++wave) {
+    if (wave->bank == bank) take(wave->relativeAudioPath());
   }
   for (const Path& file : stagedInUse()) {
     if (file.parent_path() == services_.stagingDir / bankFolder(bank)) take(file);

@@ -103,7 +103,11 @@ void RolandLibrary::startSave(std::vector<Completion> waiting) {
 
 void RolandLibrary::finishSave(const std::shared_ptr<RunningSave>& run, const std::optional<ExportResult>& result,
                                const std::exception_ptr& error) {
-  if (result) applyResult(*run, *result);
+  if (result) {
+    applyResult(*run, *result);
+  } else {
+    lives_.saveFailed(run->card, run->lives);
+  }
   running_.reset();
   publish(isExporting_, false, Property::isExporting);
   for (const Completion& done : run->waiting)

@@ -7,7 +7,7 @@
 
 /// The card's three derived lists of all samples, built from nothing at every save. All functions are pure; `tagCount`
 /// is the number of tags in the tag list, and a sample whose tag is none of them stands in the name list only.
-//
+///
 /// By name means: NFC of the lower-cased names in code point order, equal names by wave id.
 namespace tamboro {
 

@@ -6,7 +6,7 @@
 
 namespace tamboro {
 
-/// Jobs on threads of a pool; needs a running event loop for their ends. The destructor waits for running work and
+/// Jobs on a thread each; needs a running event loop for their ends. The destructor waits for running work and
 /// drops the ends that have not been delivered.
 std::unique_ptr<BackgroundJobs> makeThreadJobs();
 
