@@ -52,7 +52,7 @@ void Application::makeWindow() {
   window_->setWindowTitle(QStringLiteral("Tamboro"));
   auto* menus = new MenuBar(*library_);
   window_->setMenuBar(menus);
-  window_->setCentralWidget(new ContentView(*library_, *files_, *defaults_, prompts_));
+  window_->setCentralWidget(new ContentView(*library_, player_, *files_, *defaults_, prompts_));
   connect(menus, &MenuBar::aboutRequested, this, &Application::showAbout);
   connect(menus, &MenuBar::checkForUpdatesRequested, this,
           [this] { appDelegate_.updaterController().checkForUpdates(window_.get()); });

@@ -6,12 +6,13 @@
 #include "app/AppDelegate.h"
 #include "app/CardFolderPanel.h"
 #include "app/DesktopPrompts.h"
+#include "audio/SamplePlayer.h"
 #include "library/RolandLibrary.h"
 
 namespace tamboro {
 
-/// The application object: owns the delegate, the desktop's services, the one store and the main window. Lives as long
-/// as the process; its end waits for jobs that still run.
+/// The application object: owns the delegate, the desktop's services, the one store, the one player and the main
+/// window. Lives as long as the process; its end waits for jobs that still run.
 class Application : public QObject {
   Q_OBJECT
 
@@ -36,6 +37,7 @@ class Application : public QObject {
   std::unique_ptr<Timers> timers_;
   CardFolderPanel folderPanel_;
   std::unique_ptr<RolandLibrary> library_;
+  SamplePlayer player_;
   std::unique_ptr<QMainWindow> window_;
 };
 

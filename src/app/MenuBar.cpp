@@ -40,6 +40,7 @@ QAction* MenuBar::addRow(QMenu* menu, const QString& objectName, const QString& 
 void MenuBar::addFileMenu() {
   QMenu* file = addMenu(QStringLiteral("&File"));
   QAction* newKit = addRow(file, QStringLiteral("newKit"), QStringLiteral("New Kit"), Qt::CTRL | Qt::Key_N);
+  newKit->setAutoRepeat(false);  // a key held down would fill the card, and new kits can't be undone
   connect(newKit, &QAction::triggered, this, [this] { store_.createBlankKit(); });
   // The row only shows the key: it belongs to the Save button, and two owners would silence each other.
   const QString key = QKeySequence(Qt::CTRL | Qt::Key_S).toString(QKeySequence::NativeText);

@@ -11,6 +11,7 @@
 #include "views/CardLocationPill.h"
 #include "views/ColumnSplitter.h"
 #include "views/FolderDrop.h"
+#include "views/KitEditorView.h"
 #include "views/SaveButton.h"
 #include "views/StatusLine.h"
 #include "views/WelcomeView.h"
@@ -59,9 +60,9 @@ Surface* makeColumn(const QString& objectName, const QString& title, QColor Look
 
 const QString ContentView::lastKitSlotKey = QStringLiteral("ContentView.lastSelectedKitSlot");
 
-ContentView::ContentView(RolandLibrary& store, const FileSystem& files, Defaults& defaults, Prompts& prompts,
-                         QWidget* parent)
-    : QWidget(parent), store_(store), defaults_(defaults), prompts_(prompts) {
+ContentView::ContentView(RolandLibrary& store, SamplePlayer& player, const FileSystem& files, Defaults& defaults,
+                         Prompts& prompts, QWidget* parent)
+    : QWidget(parent), store_(store), player_(player), defaults_(defaults), prompts_(prompts) {
   setObjectName(QStringLiteral("contentView"));
   pages_ = new QStackedLayout(this);
   pages_->addWidget(welcome_ = new WelcomeView(store));
@@ -128,7 +129,7 @@ QWidget* ContentView::makeMiddle() {
   column->setAccessibleName(QStringLiteral("Kit"));
   middle_ = new QStackedLayout(column);
   middle_->addWidget(noKit_ = new EmptyStatePanel(QStringLiteral("Select a Kit"), QStringLiteral("square.grid.3x3")));
-  middle_->addWidget(kit_ = new EmptyStatePanel({}));
+  middle_->addWidget(kit_ = new KitEditorView(store_, player_, prompts_));
   return column;
 }
 
@@ -139,11 +140,8 @@ void ContentView::refresh() {
     page->setFocus();  // else the first button of the toolbar gets it
   }
   const Kit* kit = store_.selectedKit();
-  if (kit) {
-    const std::string name = kit->name();
-    kit_->setTitle(name.empty() ? QStringLiteral("(untitled)") : QString::fromStdString(name));
-  }
-  middle_->setCurrentWidget(kit ? kit_ : noKit_);
+  middle_->setCurrentWidget(kit ? kit_ : static_cast<QWidget*>(noKit_));
+  kit_->setKit(kit ? std::optional(kit->slot) : std::nullopt);
   followShortcutsHelp();
 }
 

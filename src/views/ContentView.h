@@ -12,6 +12,8 @@ class QStackedLayout;
 namespace tamboro {
 
 class EmptyStatePanel;
+class KitEditorView;
+class SamplePlayer;
 class Sheet;
 class WelcomeView;
 
@@ -23,7 +25,7 @@ class ContentView : public QWidget {
  public:
   static const QString lastKitSlotKey;
 
-  ContentView(RolandLibrary& store, const FileSystem& files, Defaults& defaults, Prompts& prompts,
+  ContentView(RolandLibrary& store, SamplePlayer& player, const FileSystem& files, Defaults& defaults, Prompts& prompts,
               QWidget* parent = nullptr);
 
   void setShowingTagEditor(bool on);
@@ -47,6 +49,7 @@ class ContentView : public QWidget {
   void followShortcutsHelp();
 
   RolandLibrary& store_;
+  SamplePlayer& player_;
   Defaults& defaults_;
   Prompts& prompts_;
 
@@ -58,7 +61,7 @@ class ContentView : public QWidget {
   QWidget* workspace_;
   QStackedLayout* middle_ = nullptr;
   EmptyStatePanel* noKit_ = nullptr;
-  EmptyStatePanel* kit_ = nullptr;
+  KitEditorView* kit_ = nullptr;
   QPointer<Sheet> tagEditor_;
   QPointer<Sheet> shortcutsHelp_;
 };

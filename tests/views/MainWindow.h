@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QTest>
 
+#include "audio/SamplePlayer.h"
 #include "support/TestStore.h"
 #include "views/ContentView.h"
 #include "views/HandPrompts.h"
@@ -14,11 +15,12 @@ namespace tamboro::test {
 /// The main window over a store in memory. Not shown at first, so that a case can prepare what a start finds.
 struct MainWindow {
   TestStore store;
+  SamplePlayer player;
   HandPrompts prompts;
   QMainWindow window;
   ContentView& content;
 
-  MainWindow() : content(*new ContentView(store.library, store.files, store.defaults, prompts)) {
+  MainWindow() : content(*new ContentView(store.library, player, store.files, store.defaults, prompts)) {
     window.setCentralWidget(&content);
   }
   void show() {

@@ -280,7 +280,7 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
       break;
     case CE_MenuItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))
-        return drawMenuItem(*item, *painter);
+        return drawMenuItem(*item, *painter, widget);
       break;
     case CE_MenuBarItem:
       if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option))

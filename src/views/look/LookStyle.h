@@ -2,6 +2,7 @@
 
 #include <QProxyStyle>
 
+class QAction;
 class QApplication;
 class QStyleOptionButton;
 class QStyleOptionComboBox;
@@ -16,13 +17,14 @@ struct Look;
 enum class ControlLook {
   ordinary,
   prominent,    ///< push button: accent fill, one a sheet
-  destructive,  ///< push button: danger text
+  destructive,  ///< push button, menu row: danger text
   unsaved,      ///< push button: red text and outline on a ground that carries them
   small,        ///< push button: 24 high, caption text
   quiet         ///< combo box, line edit: fill and outline only under the pointer or with the focus
 };
 void setControlLook(QWidget& control, ControlLook look);
 ControlLook controlLook(const QWidget* control);
+void setControlLook(QAction& row, ControlLook look);
 
 /// Fusion with our metrics, buttons, pickers, fields, check boxes, sliders, menus, scroll bars and focus ring. Colours
 /// come from `Look::current`, sizes from its scale. Rings stand 3 px outside a control: those pixels belong to the
@@ -67,7 +69,7 @@ class LookStyle : public QProxyStyle {
   void drawSlider(const QStyleOptionSlider& option, QPainter& painter, const QWidget* widget) const;
   void drawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QWidget* widget) const;
   void drawField(const QStyleOption& option, QPainter& painter, const QWidget* widget) const;
-  void drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
+  void drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter, const QWidget* widget) const;
   void drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) const;
   QSize pushButtonSize(const QStyleOptionButton& option, const QWidget* widget) const;
   QRect sliderPart(const QStyleOptionSlider& option, SubControl part) const;

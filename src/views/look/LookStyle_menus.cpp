@@ -1,3 +1,4 @@
+#include <QMenu>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -7,6 +8,21 @@
 #include "views/look/Symbols.h"
 
 namespace tamboro {
+
+namespace {
+
+/// The option of a menu row doesn't tell whose row it is.
+bool isDestructive(const QWidget* widget, const QRect& row) {
+  const auto* menu = qobject_cast<const QMenu*>(widget);
+  const QAction* action = menu ? menu->actionAt(row.center()) : nullptr;
+  return action && action->property("look").toInt() == static_cast<int>(ControlLook::destructive);
+}
+
+}  // namespace
+
+void setControlLook(QAction& row, ControlLook look) {
+  row.setProperty("look", static_cast<int>(look));
+}
 
 void LookStyle::drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) const {
   const Look& look = Look::current();
@@ -21,7 +37,7 @@ void LookStyle::drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& pa
                    option.text);
 }
 
-void LookStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter) const {
+void LookStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter, const QWidget* widget) const {
   const Look& look = Look::current();
   painter.save();
   const QRect row = option.rect.adjusted(4, 0, -4, 0);
@@ -34,7 +50,7 @@ void LookStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& paint
   if (isEnabled && option.state & State_Selected) paintBox(painter, row, controlRadius, look.rowSelected);
   const int mark = option.menuHasCheckableItems ? Look::px(20) : 0;
   const QRect inside = row.adjusted(Look::px(10), 0, -Look::px(10), 0);
-  const QColor text = isEnabled ? look.primary : look.disabledText;
+  const QColor text = !isEnabled ? look.disabledText : isDestructive(widget, option.rect) ? look.danger : look.primary;
   if (option.checked) {
     const QRect box(inside.x() - Look::px(2), inside.center().y() - Look::px(6), Look::px(13), Look::px(13));
     paintSymbol(painter, QStringLiteral("checkmark"), visualRect(option.direction, row, box), text);

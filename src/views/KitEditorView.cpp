@@ -1,0 +1,183 @@
+#include "views/KitEditorView.h"
+
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include "views/KitEffectsView.h"
+#include "views/PadDetailView.h"
+#include "views/PadGridView.h"
+#include "views/controls/EditField.h"
+#include "views/controls/QueuedRefresh.h"
+#include "views/controls/Surface.h"
+#include "views/controls/ThrottledSlider.h"
+#include "views/look/Look.h"
+
+namespace tamboro {
+
+namespace {
+
+constexpr int padding = 20;
+constexpr int betweenSections = 20;
+constexpr int betweenLines = 10;
+
+/// A field's box stands out above and below its text; lines are apart by their texts.
+int overhang(const QWidget& field) {
+  return (field.sizeHint().height() - field.fontMetrics().height()) / 2;
+}
+
+/// What follows the pads, under a divider.
+QWidget* makeSection(const QString& objectName, QWidget* content) {
+  auto* section = new QWidget;
+  section->setObjectName(objectName);
+  auto* rows = new QVBoxLayout(section);
+  rows->setContentsMargins(PadGridView::margin(), 0, PadGridView::margin(), Look::px(betweenSections));
+  rows->setSpacing(Look::px(betweenSections));
+  auto* divider = new Surface(&Look::separator);
+  divider->setFixedHeight(1);
+  rows->addWidget(divider);
+  rows->addWidget(content);
+  return section;
+}
+
+}  // namespace
+
+KitEditorView::KitEditorView(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, QWidget* parent)
+    : QWidget(parent), store_(store) {
+  setObjectName(QStringLiteral("kitEditor"));
+  sections_ = new QWidget;
+  sections_->setObjectName(QStringLiteral("kitSections"));
+  auto* column = new QVBoxLayout(sections_);
+  // What stands out into the padding, rings around pads and the plain fields' boxes, reaches `margin` into it.
+  const int outside = PadGridView::margin();
+  column->setContentsMargins(Look::px(padding) - outside, 0, Look::px(padding) - outside, 0);
+  column->setSpacing(0);
+  column->addWidget(makeHeader());
+  column->addSpacing(Look::px(betweenSections) - outside);
+  column->addWidget(grid_ = new PadGridView(store, player, prompts));
+  column->addSpacing(Look::px(betweenSections) - outside);
+  detail_ = new PadDetailView(store, player);
+  column->addWidget(detailSection_ = makeSection(QStringLiteral("padDetailSection"), detail_));
+  effects_ = new KitEffectsView(store);
+  column->addWidget(makeSection(QStringLiteral("kitEffectsSection"), effects_));
+  column->addStretch(1);
+
+  scroll_ = new QScrollArea;
+  scroll_->setObjectName(QStringLiteral("kitScroll"));
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setWidgetResizable(true);
+  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll_->setWidget(sections_);
+  // A click beside everything gives the keyboard to the pads.
+  scroll_->setFocusPolicy(Qt::ClickFocus);
+  scroll_->setFocusProxy(grid_);
+  auto* whole = new QVBoxLayout(this);
+  whole->addWidget(scroll_);
+  connect(grid_, &PadGridView::walkedTo, this, [this](QWidget* cell) { scroll_->ensureWidgetVisible(cell); });
+  new QueuedRefresh(
+      store, [this] { refresh(); }, this);
+  refresh();
+}
+
+QWidget* KitEditorView::makeHeader() {
+  const auto kitText = [this](std::string (Kit::*read)() const) {
+    return [this, read] {
+      const Kit* kit = kitSlot_ ? store_.kit(*kitSlot_) : nullptr;
+      return kit ? QString::fromStdString((kit->*read)()) : QString();
+    };
+  };
+  name_ = new EditField(QStringLiteral("kitName"), QStringLiteral("Kit Name"),
+                        {.read = kitText(&Kit::name), .write = [this](const QString& text) {
+                           if (kitSlot_) store_.setKitName(*kitSlot_, text.toStdString());
+                         }});
+  name_->setFont(Look::font(TextStyle::title2));
+  subName_ = new EditField(QStringLiteral("kitSubName"), QStringLiteral("Subtitle"),
+                           {.read = kitText(&Kit::subName), .write = [this](const QString& text) {
+                              if (kitSlot_) store_.setKitSubName(*kitSlot_, text.toStdString());
+                            }});
+  subName_->setTextColour(&Look::secondary);
+  for (EditField* field : {name_, subName_})
+    connect(field, &QLineEdit::returnPressed, this, [this] { grid_->setFocus(); });
+  volume_ = new ThrottledSlider(QStringLiteral("kitVolume"),
+                                {.title = QStringLiteral("Volume"),
+                                 .lower = 0,
+                                 .upper = 100,
+                                 .format = [](double value) { return QString::number(value, 'f', 0); },
+                                 .commit =
+                                     [this](double value) {
+                                       if (kitSlot_) store_.setKitLevel(*kitSlot_, value);
+                                     }});
+  tempo_ = new ThrottledSlider(QStringLiteral("kitTempo"),
+                               {.title = QStringLiteral("Tempo (BPM)"),
+                                .lower = 20,
+                                .upper = 300,
+                                .step = 0.1,
+                                .format = [](double value) { return QString::number(value, 'f', 1); },
+                                .commit =
+                                    [this](double value) {
+                                      if (kitSlot_) store_.setKitTempo(*kitSlot_, value);
+                                    }});
+  auto* header = new QWidget;
+  header->setObjectName(QStringLiteral("kitHeader"));
+  auto* lines = new QVBoxLayout(header);
+  lines->setSpacing(0);
+  lines->addSpacing(Look::px(padding) - overhang(*name_));
+  lines->addWidget(name_);
+  lines->addSpacing(std::max(0, Look::px(betweenLines) - overhang(*name_) - overhang(*subName_)));
+  lines->addWidget(subName_);
+  lines->addSpacing(std::max(0, Look::px(betweenLines) - overhang(*subName_)));
+  auto* sliders = new QHBoxLayout;
+  sliders->setContentsMargins(PadGridView::margin(), 0, PadGridView::margin(), 0);
+  sliders->setSpacing(Look::px(24));
+  for (ThrottledSlider* slider : {volume_, tempo_}) {
+    slider->setMinimumWidth(Look::px(220));
+    sliders->addWidget(slider, 1);
+  }
+  lines->addLayout(sliders);
+  return header;
+}
+
+bool KitEditorView::gridFocused() const {
+  return grid_->hasFocus();
+}
+
+void KitEditorView::setKit(std::optional<Slot> slot) {
+  if (slot == kitSlot_) return;
+  const bool appears = !kitSlot_;
+  if (!appears) grid_->setFocus();  // ends a composition, whose text belongs to the kit that goes
+  kitSlot_ = slot;
+  volume_->cancelDrag();
+  tempo_->cancelDrag();
+  if (slot) {
+    const Kit* kit = store_.kit(*slot);
+    const int selected = store_.selectedPadIndex();
+    const bool keepsPad = appears && kit && selected >= 0 && selected < kit->padCount();
+    store_.setSelectedKitSlot(slot);
+    if (!keepsPad) store_.setSelectedPadIndex(0);
+    store_.recordRecentKit(*slot);
+    grid_->setKit(*slot);
+    effects_->setKit(*slot);
+    scroll_->verticalScrollBar()->setValue(0);
+  }
+  refresh();
+  if (slot) grid_->setFocus();
+}
+
+void KitEditorView::refresh() {
+  const Kit* kit = kitSlot_ ? store_.kit(*kitSlot_) : nullptr;
+  setAccessibleName(kit ? QString::fromStdString(kit->name()) : QStringLiteral("Kit"));
+  scroll_->setAccessibleName(accessibleName());
+  sections_->setVisible(kit != nullptr);
+  if (!kit) return;
+  name_->refresh();
+  subName_->refresh();
+  volume_->setValue(static_cast<double>(kit->level()));
+  tempo_->setValue(kit->tempoBPM());
+  grid_->refresh();
+  const int selected = store_.selectedPadIndex();
+  const bool hasPad = selected >= 0 && selected < kit->padCount();
+  if (hasPad) detail_->setPad(kit->slot, selected);
+  detailSection_->setVisible(hasPad);
+}
+
+}  // namespace tamboro

@@ -1,0 +1,44 @@
+#include "views/KitEffectsView.h"
+
+#include <QVBoxLayout>
+
+#include "views/FXUnitView.h"
+#include "views/controls/DisclosureGroup.h"
+#include "views/controls/QueuedRefresh.h"
+#include "views/controls/Surface.h"
+#include "views/look/LookPaint.h"
+
+namespace tamboro {
+
+KitEffectsView::KitEffectsView(RolandLibrary& store, QWidget* parent)
+    : QWidget(parent), first_(new FXUnitView(store, 1)), second_(new FXUnitView(store, 2)) {
+  setObjectName(QStringLiteral("kitEffects"));
+  setAccessibleName(QStringLiteral("Effects"));
+  auto* units = new QWidget;
+  auto* column = new QVBoxLayout(units);
+  column->setSpacing(Look::px(16) - ringRoom);
+  auto* divider = new Surface(&Look::separator);
+  divider->setFixedHeight(1);
+  for (QWidget* part : {static_cast<QWidget*>(first_), static_cast<QWidget*>(divider), static_cast<QWidget*>(second_)})
+    column->addWidget(part);
+  group_ = new DisclosureGroup(QStringLiteral("effects"), QStringLiteral("Effects"), TextStyle::headline, units,
+                               Look::px(8));
+  auto* rows = new QVBoxLayout(this);
+  rows->addWidget(group_);
+  new QueuedRefresh(
+      store,
+      [this] {
+        first_->refresh();
+        second_->refresh();
+      },
+      this);
+}
+
+void KitEffectsView::setKit(Slot slot) {
+  if (slot != kitSlot_) group_->setExpanded(false);
+  kitSlot_ = slot;
+  first_->setKit(slot);
+  second_->setKit(slot);
+}
+
+}  // namespace tamboro

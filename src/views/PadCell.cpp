@@ -1,0 +1,141 @@
+#include "views/PadCell.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+
+#include "audio/SamplePlayer.h"
+#include "model/Note.h"
+#include "model/PadLayout.h"
+#include "views/PadGridMoves.h"
+
+namespace tamboro {
+
+namespace {
+
+QString fromUtf8(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
+}  // namespace
+
+PadCell::PadCell(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, int padIndex, QWidget* parent)
+    : QAbstractButton(parent), store_(store), player_(player), prompts_(prompts), padIndex_(padIndex) {
+  setObjectName(QStringLiteral("pad%1").arg(padIndex));
+  setCheckable(true);
+  setAttribute(Qt::WA_Hover);
+  setAcceptDrops(true);
+  // The grid holds the focus and its arrow keys walk the main pads; the others are reached one by one.
+  setFocusPolicy(padIndex < mainPadCount ? Qt::NoFocus : Qt::TabFocus);
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
+  connect(this, &QAbstractButton::clicked, this, &PadCell::select);
+  // Assistive tools can check a button without pressing it.
+  connect(this, &QAbstractButton::toggled, this, [this](bool on) {
+    if (on && store_.selectedPadIndex() != padIndex_) select();
+  });
+}
+
+QString PadCell::label() const {
+  return padIndex_ < mainPadCount ? QString::number(padIndex_ + 1) : fromUtf8(padLabel(padIndex_));
+}
+
+const Wave* PadCell::sound() const {
+  const Kit* kit = store_.kit(kitSlot_);
+  const auto pad = kit ? kit->pad(padIndex_) : std::nullopt;
+  return pad && pad->wave() >= 0 ? store_.wave(pad->wave()) : nullptr;
+}
+
+void PadCell::refresh() {
+  const Kit* kit = store_.kit(kitSlot_);
+  const auto pad = kit ? kit->pad(padIndex_) : std::nullopt;
+  const Wave* wave = sound();
+  const std::optional<QString> name = wave ? std::optional(fromUtf8(wave->name())) : std::nullopt;
+  const QString note = pad ? QStringLiteral("[%1] ").arg(pad->wave()) + fromUtf8(noteName(pad->note())) : QString();
+  if (name != soundName_ || note != note_) {
+    soundName_ = name;
+    note_ = note;
+    setAccessibleName(fromUtf8(padLabel(padIndex_)) + QStringLiteral(", ") +
+                      soundName_.value_or(QStringLiteral("no sound")));
+    setAccessibleDescription(note_);
+    updateGeometry();
+    update();
+  }
+  setChecked(store_.selectedPadIndex() == padIndex_);
+}
+
+void PadCell::select() {
+  Q_EMIT chosen();
+  store_.setSelectedPadIndex(padIndex_);
+}
+
+void PadCell::selectWithPreview() {
+  select();
+  play();
+}
+
+void PadCell::play() {
+  const Wave* wave = sound();
+  const auto location = wave ? store_.audioURL(*wave) : std::nullopt;
+  if (location) player_.play(*location, wave->id());
+}
+
+void PadCell::keyPressEvent(QKeyEvent* event) {
+  // The button's own way with arrow keys would move the focus to a neighbour.
+  if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Select) return QAbstractButton::keyPressEvent(event);
+  event->ignore();
+}
+
+void PadCell::mouseDoubleClickEvent(QMouseEvent* event) {
+  QAbstractButton::mouseDoubleClickEvent(event);
+  if (event->button() == Qt::LeftButton) selectWithPreview();
+}
+
+void PadCell::contextMenuEvent(QContextMenuEvent* event) {
+  openMenu(event->reason() == QContextMenuEvent::Keyboard ? mapToGlobal(rect().center()) : event->globalPos());
+}
+
+void PadCell::setDropTarget(bool on) {
+  if (isDropTarget_ == on) return;
+  isDropTarget_ = on;
+  update();
+  Q_EMIT ringChanged();
+}
+
+void PadCell::dragEnterEvent(QDragEnterEvent* event) {
+  if (!droppedWaveId(event->mimeData()->text())) return event->ignore();
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  setDropTarget(true);
+}
+
+void PadCell::dragMoveEvent(QDragMoveEvent* event) {
+  event->setDropAction(Qt::CopyAction);
+  event->setAccepted(isDropTarget_);
+}
+
+void PadCell::dragLeaveEvent(QDragLeaveEvent*) {
+  setDropTarget(false);
+}
+
+void PadCell::dropEvent(QDropEvent* event) {
+  setDropTarget(false);
+  const auto id = droppedWaveId(event->mimeData()->text());
+  if (!id) return event->ignore();
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  store_.setPadSound(kitSlot_, padIndex_, *id);
+}
+
+void PadCell::focusInEvent(QFocusEvent* event) {
+  QAbstractButton::focusInEvent(event);
+  Q_EMIT ringChanged();
+}
+
+void PadCell::focusOutEvent(QFocusEvent* event) {
+  QAbstractButton::focusOutEvent(event);
+  Q_EMIT ringChanged();
+}
+
+}  // namespace tamboro

@@ -1,0 +1,78 @@
+#include <QMenu>
+
+#include "model/PadLayout.h"
+#include "views/PadCell.h"
+#include "views/look/LookStyle.h"
+
+namespace tamboro {
+
+namespace {
+
+template<class Action>
+QAction* addRow(QMenu& menu, const QString& title, const QString& help, const Action& action) {
+  QAction* row = menu.addAction(title);
+  row->setToolTip(help);
+  QObject::connect(row, &QAction::triggered, menu.parent(), action);
+  return row;
+}
+
+}  // namespace
+
+void PadCell::openMenu(const QPoint& globalPosition) {
+  auto* menu = new QMenu(this);
+  menu->setObjectName(QStringLiteral("padMenu"));
+  menu->setAccessibleName(accessibleName());
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->setToolTipsVisible(true);
+  if (const Wave* wave = sound()) {
+    addRow(*menu, QStringLiteral("Copy Sound"), QStringLiteral("Copy this sound to paste onto other pads"),
+           [this, id = wave->id()] { store_.setCopiedWaveIndex(id); });
+    addRow(*menu, QStringLiteral("Play"), QStringLiteral("Preview the sound"), [this] { play(); });
+    menu->addSeparator();
+    setControlLook(
+        *addRow(*menu, QStringLiteral("Remove Sound from Pad"), QStringLiteral("Delete the sound from this pad"),
+                [this] { store_.removePadSound(kitSlot_, padIndex_); }),
+        ControlLook::destructive);
+  }
+  if (const auto copied = store_.copiedWaveIndex())
+    addRow(*menu, QStringLiteral("Paste Sound"), QStringLiteral("Paste the copied sound here"),
+           [this, id = *copied] { store_.setPadSound(kitSlot_, padIndex_, id); });
+  menu->addSeparator();
+  addExchangeMenu(*menu);
+  setControlLook(
+      *addRow(*menu, QStringLiteral("Reset Pad"),
+              QStringLiteral("Removes the sound and resets all settings to default"), [this] { askReset(); }),
+      ControlLook::destructive);
+  menu->popup(globalPosition);
+}
+
+void PadCell::addExchangeMenu(QMenu& menu) {
+  QMenu* exchange = menu.addMenu(QStringLiteral("Exchange With"));
+  exchange->setObjectName(QStringLiteral("exchangeMenu"));
+  exchange->menuAction()->setToolTip(QStringLiteral("Swap all settings (including the sound) with another pad"));
+  const Kit* kit = store_.kit(kitSlot_);
+  const int count = std::min(kit ? kit->padCount() : 0, standardPadCount);
+  for (int other = 0; other < count; ++other) {
+    if (other == padIndex_) continue;
+    QAction* row = exchange->addAction(QString::fromStdString(padLabel(other)));
+    connect(row, &QAction::triggered, this, [this, other] { store_.exchangePads(kitSlot_, padIndex_, other); });
+  }
+  exchange->setEnabled(!exchange->isEmpty());
+}
+
+void PadCell::askReset() {
+  showingInitConfirm_ = true;
+  const Alert question{.title = QStringLiteral("Reset %1?").arg(label()),
+                       .text = QStringLiteral(
+                           "This removes the sound and resets volume, pan, mute group, and other settings to default."),
+                       .buttons = {{QStringLiteral("Reset"), AlertButton::Role::destructive},
+                                   {QStringLiteral("Cancel"), AlertButton::Role::cancel}}};
+  // The kit that was asked about, also if another is shown when the answer comes.
+  prompts_.alert(this, question, [cell = QPointer<PadCell>(this), slot = kitSlot_](std::size_t button) {
+    if (!cell) return;
+    cell->showingInitConfirm_ = false;
+    if (button == 0) cell->store_.resetPad(slot, cell->padIndex_);
+  });
+}
+
+}  // namespace tamboro

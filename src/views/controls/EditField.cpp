@@ -1,0 +1,60 @@
+#include "views/controls/EditField.h"
+
+#include <QInputMethodEvent>
+#include <QSignalBlocker>
+
+#include "views/look/LookStyle.h"
+
+namespace tamboro {
+
+EditField::EditField(const QString& objectName, const QString& placeholder, Text stored, QWidget* parent)
+    : QLineEdit(parent), stored_(std::move(stored)) {
+  setObjectName(objectName);
+  setAccessibleName(placeholder);
+  setPlaceholderText(placeholder);
+  setControlLook(*this, ControlLook::quiet);
+  connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) {
+    stored_.write(typed);
+    refresh();
+  });
+}
+
+void EditField::refresh() {
+  const QString now = stored_.read();
+  if (isComposing_ || now == text()) return;
+  const QSignalBlocker blocker(this);
+  const int cursor = cursorPosition();
+  const int anchor = selectionStart();
+  const int selected = static_cast<int>(selectedText().size());
+  setText(now);
+  setCursorPosition(cursor);
+  // Counted from the end where the cursor stands at the start of what is selected.
+  if (anchor >= 0) anchor == cursor ? setSelection(anchor + selected, -selected) : setSelection(anchor, selected);
+}
+
+void EditField::setTextColour(QColor Look::*colour) {
+  colour_ = colour;
+  takeColour();
+}
+
+void EditField::takeColour() {
+  if (!colour_ || palette().color(QPalette::Active, QPalette::Text) == Look::current().*colour_) return;
+  QPalette own;
+  own.setColor(QPalette::Active, QPalette::Text, Look::current().*colour_);
+  own.setColor(QPalette::Inactive, QPalette::Text, Look::current().*colour_);
+  setPalette(own);
+}
+
+void EditField::changeEvent(QEvent* event) {
+  QLineEdit::changeEvent(event);
+  // A colour of one's own doesn't follow the application from light to dark.
+  if (event->type() == QEvent::PaletteChange) takeColour();
+}
+
+void EditField::inputMethodEvent(QInputMethodEvent* event) {
+  isComposing_ = !event->preeditString().isEmpty();
+  QLineEdit::inputMethodEvent(event);
+  if (!isComposing_) refresh();
+}
+
+}  // namespace tamboro
