@@ -12,6 +12,7 @@
 #include "views/ColumnSplitter.h"
 #include "views/FolderDrop.h"
 #include "views/KitEditorView.h"
+#include "views/KitListView.h"
 #include "views/SaveButton.h"
 #include "views/StatusLine.h"
 #include "views/WelcomeView.h"
@@ -117,7 +118,7 @@ QWidget* ContentView::makeColumns() {
   const QString kits = QStringLiteral("Kits");
   const QString samples = QStringLiteral("Sample Library");
   // One after another: the order in which they are made is the order of the Tab key.
-  QWidget* left = makeColumn(QStringLiteral("kitColumn"), kits, &Look::sidebar, new EmptyStatePanel(kits));
+  QWidget* left = makeColumn(QStringLiteral("kitColumn"), kits, &Look::sidebar, new KitListView(store_, prompts_));
   QWidget* middle = makeMiddle();
   QWidget* right = makeColumn(QStringLiteral("sampleColumn"), samples, &Look::base, new EmptyStatePanel(samples));
   return new ColumnSplitter(left, middle, right);

@@ -271,7 +271,7 @@ TEST(KitList, RefreshKeepsEditSelectionAndCursor) {
   ASSERT_EQ(sidebar.nameField(), &field);
   EXPECT_EQ(field.text(), q("Half wr"));
   EXPECT_EQ(field.cursorPosition(), 4);
-  EXPECT_TRUE(field.hasFocus());
+  EXPECT_EQ(field.window()->focusWidget(), &field) << "the platform without a screen leaves the window inactive";
   EXPECT_EQ(sidebar.shownSelection(), 1);
   const QRect row = sidebar.list.visualRect(sidebar.list.rows().indexOf(allRow(2)));
   EXPECT_TRUE(row.contains(field.geometry())) << "it went with its row";
