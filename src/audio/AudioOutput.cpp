@@ -45,11 +45,14 @@ AudioOutput::~AudioOutput() {
 bool AudioOutput::play(std::shared_ptr<Sound> sound, std::function<void()> ended) {
   idle_.stop();
   // The sound is in place before the device is opened: the first buffer that goes out holds its first frame.
-  feeder_.feed(sound);
-  replaceSound(std::move(sound), std::move(ended));
-  if (ensureDevice()) return true;
-  silence();
-  return false;
+  replaceSound(sound, std::move(ended));
+  if (!ensureDevice()) {
+    silence();
+    return false;
+  }
+  // Only now: until then decoding would compete with the opening for the first frame's time.
+  feeder_.feed(std::move(sound));
+  return true;
 }
 
 void AudioOutput::silence() {

@@ -22,7 +22,10 @@ std::shared_ptr<Sound> Sound::open(const std::filesystem::path& location) {
   return sound->isTaken() ? nullptr : sound;
 }
 
-Sound::Sound(AudioFile file) : file_(std::move(file)), resampler_(file_->rate()), ring_(outputChannels * capacity) {}
+Sound::Sound(AudioFile file)
+    : file_(std::move(file)),
+      resampler_(file_->rate()),
+      ring_(std::make_unique_for_overwrite<float[]>(outputChannels * capacity)) {}
 
 bool Sound::decodePart() {
   std::size_t written = written_.load(std::memory_order_relaxed);
@@ -31,7 +34,7 @@ bool Sound::decodePart() {
   while (!isDecoded() && written < end) {
     const std::size_t place = written % capacity;
     const std::size_t count =
-        resampler_.take(ring_.data() + outputChannels * place, std::min(end - written, capacity - place));
+        resampler_.take(ring_.get() + outputChannels * place, std::min(end - written, capacity - place));
     written += count;
     written_.store(written, std::memory_order_release);
     if (count == 0) readBlock();
@@ -57,7 +60,7 @@ std::size_t Sound::take(float* frames, std::size_t count) {
   for (std::size_t at = start; at < end;) {
     const std::size_t place = at % capacity;
     const std::size_t part = std::min(end - at, capacity - place);
-    std::copy_n(ring_.data() + outputChannels * place, outputChannels * part, frames);
+    std::copy_n(ring_.get() + outputChannels * place, outputChannels * part, frames);
     frames += outputChannels * part;
     at += part;
   }

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <vector>
 
 #include "audio/AudioFile.h"
 #include "audio/Resampler.h"
@@ -39,7 +38,7 @@ class Sound {
 
   std::optional<AudioFile> file_;
   Resampler resampler_;
-  std::vector<float> ring_;
+  std::unique_ptr<float[]> ring_;
   // Counted from the sound's start; the remainder by the capacity is the place in the buffer.
   std::atomic<std::size_t> written_ = 0;
   std::atomic<std::size_t> taken_ = 0;

@@ -24,13 +24,13 @@ SoundFeeder::~SoundFeeder() {
 }
 
 void SoundFeeder::feed(std::shared_ptr<Sound> sound) {
+  if (sound && !thread_.joinable()) thread_ = std::thread([this] { run(); });
   {
     const std::lock_guard lock(mutex_);
     // What leaves goes at this function's end, not under the lock.
     std::swap(sound_, sound);
   }
   changed_.notify_one();
-  if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
 }
 
 void SoundFeeder::run() {

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <QTemporaryDir>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <optional>
