@@ -217,9 +217,10 @@ TEST_F(Samples, ImportsAskedForOnACardThatWasReplacedEndWithoutATrace) {
 
 TEST_F(Samples, ACopyHasTheSettingsAndOneUndoTakesThemBack) {
   store.open();
-  for (const auto set : {&RolandLibrary::setWaveTempo, &RolandLibrary::setWaveBeat, &RolandLibrary::setWaveStart,
-                         &RolandLibrary::setWaveEnd, &RolandLibrary::setWaveTag})
-    (library.*set)(205, 7);
+  library.setWaveBeat(205, 7);
+  library.setWaveStart(205, 7);
+  library.setWaveEnd(205, 7);
+  library.setWaveTag(205, 7);
   library.setWaveTempo(205, 900);
   library.undoManager().endTurn();
   ASSERT_EQ(duplicate(205), "");
