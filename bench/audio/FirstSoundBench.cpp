@@ -76,17 +76,17 @@ class BarePlayer {
   ~BarePlayer() { close(); }
 
   void play(const path& file) {
-    SDL_AudioSpec spec{};
+    SDL_AudioSpec request{};
     Uint8* bytes = nullptr;
     Uint32 size = 0;
-    if (!SDL_LoadWAV(file.c_str(), &spec, &bytes, &size)) std::abort();
+    if (!SDL_LoadWAV(file.c_str(), &request, &bytes, &size)) std::abort();
     if (device_ == 0) {
-      spec.samples = 1024;
-      spec.callback = [](void* player, Uint8* out, int count) {
+      request.samples = 1024;
+      request.callback = [](void* player, Uint8* out, int count) {
         static_cast<BarePlayer*>(player)->render(out, static_cast<Uint32>(count));
       };
-      spec.userdata = this;
-      device_ = SDL_OpenAudioDevice(nullptr, 0, &spec, nullptr, 0);
+      request.userdata = this;
+      device_ = SDL_OpenAudioDevice(nullptr, 0, &request, nullptr, 0);
     }
     SDL_LockAudioDevice(device_);
     std::swap(bytes_, bytes);

@@ -82,18 +82,18 @@ bool AudioOutput::ensureDevice() {
 }
 
 bool AudioOutput::openDevice() {
-  SDL_AudioSpec spec{};
-  spec.freq = outputRate;
-  spec.format = AUDIO_F32SYS;
-  spec.channels = outputChannels;
-  spec.samples = framesPerBuffer;
-  spec.userdata = this;
-  spec.callback = [](void* output, Uint8* bytes, int size) {
+  SDL_AudioSpec request{};
+  request.freq = outputRate;
+  request.format = AUDIO_F32SYS;
+  request.channels = outputChannels;
+  request.samples = framesPerBuffer;
+  request.userdata = this;
+  request.callback = [](void* output, Uint8* bytes, int size) {
     static_cast<AudioOutput*>(output)->render(reinterpret_cast<float*>(bytes),
                                               static_cast<std::size_t>(size) / (outputChannels * sizeof(float)));
   };
   // No change allowed: where the hardware takes something else, SDL or the sound server converts.
-  device_ = SDL_OpenAudioDevice(nullptr, 0, &spec, nullptr, 0);
+  device_ = SDL_OpenAudioDevice(nullptr, 0, &request, nullptr, 0);
   if (device_ != 0) SDL_PauseAudioDevice(device_, 0);
   return device_ != 0;
 }

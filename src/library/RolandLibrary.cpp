@@ -87,8 +87,7 @@ bool RolandLibrary::hasUnsavedChanges() const {
 }
 
 const Kit* RolandLibrary::kit(Slot slot) const {
-  const auto found =
-      std::lower_bound(kits_.begin(), kits_.end(), slot, [](const Kit& kit, Slot wanted) { return kit.slot < wanted; });
+  const auto found = std::ranges::lower_bound(kits_, slot, {}, &Kit::slot);
   return found != kits_.end() && found->slot == slot ? &*found : nullptr;
 }
 
@@ -97,8 +96,7 @@ Kit* RolandLibrary::findKit(Slot slot) {
 }
 
 const Wave* RolandLibrary::wave(WaveId id) const {
-  const auto found = std::lower_bound(waves_.begin(), waves_.end(), id,
-                                      [](const Wave& wave, WaveId wanted) { return wave.id() < wanted; });
+  const auto found = std::ranges::lower_bound(waves_, id, {}, &Wave::id);
   return found != waves_.end() && found->id() == id ? &*found : nullptr;
 }
 

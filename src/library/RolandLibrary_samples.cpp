@@ -110,9 +110,8 @@ std::set<Path> RolandLibrary::stagedInUse() const {
 
 std::optional<RolandLibrary::ImportPlace> RolandLibrary::importPlace(const Path& source) const {
   WaveId free = waveId(firstUserBank, 0);
-  for (auto wave = std::lower_bound(waves_.begin(), waves_.end(), free,
-                                    [](const Wave&w, WaveId wanted) { return w.id() < wanted; });
-       wave != waves_.end() && wave->id() <= free; ++wave) {
+  for (auto wave = std::ranges::lower_bound(waves_, free, {}, &Wave::id); wave != waves_.end() && wave->id() <= free;
+       ++wave) {
     if (wave->id() == free) ++free;
   }
   if (free > waveId(lastUserBank, wavesPerBank - 1)) return std::nullopt;
@@ -123,8 +122,7 @@ std::optional<RolandLibrary::ImportPlace> RolandLibrary::importPlace(const Path&
 std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& wanted) const {
   std::set<std::string> taken;
   const auto take = [&](const Path& file) { taken.insert(fileNameKey(file.filename().native())); };
-  for (auto wave = std::lower_bound(waves_.begin(), waves_.end(), waveId(bank, 0),
-                                    [](const Wave&w, WaveId id) { return w.id() < id; });
+  for (auto wave = std::ranges::lower_bound(waves_, waveId(bank, 0), {}, &Wave::id);
        wave != waves_.end() && wave->id() < waveId(bank + 1, 0); ++wave) {
     if (wave->bank == bank) take(wave->relativeAudioPath());
   }
