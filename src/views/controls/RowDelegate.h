@@ -19,9 +19,12 @@ class RowDelegate : public QStyledItemDelegate {
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   /// Where a field for the row's name stands.
   virtual QRect editorRect(const QStyleOptionViewItem& option, const QModelIndex& index) const = 0;
+  /// Device-independent pixels; 0 for the one column that takes what the others leave.
+  virtual int columnWidth(int) const { return 0; }
 
  protected:
   virtual void paintCell(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const = 0;
+  /// The same for all rows of a kind.
   virtual int rowHeight(const QModelIndex& index) const = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "views/controls/RowListAccessible.h"
 
 #include <QAccessibleWidget>
+#include <QApplication>
 #include <QHash>
 
 #include "views/controls/RowList.h"
@@ -61,7 +62,7 @@ class CellAccessible : public QAccessibleInterface, public QAccessibleActionInte
     const Qt::ItemFlags flags = index_.flags();
     state.disabled = !flags.testFlag(Qt::ItemIsEnabled);
     state.selectable = flags.testFlag(Qt::ItemIsSelectable);
-    state.selected = list_->selectionModel()->isSelected(index_) || index_.data(rowRole::isEcho).toBool();
+    state.selected = list_->isRowSelected(index_.row()) || index_.data(rowRole::isEcho).toBool();
     state.focusable = state.selectable;
     state.focused = list_->hasFocus() && list_->currentIndex() == index_;
     const QVariant check = index_.data(Qt::CheckStateRole);
@@ -102,9 +103,9 @@ class ListAccessible : public QAccessibleWidget {
   }
   ~ListAccessible() override { forget(); }
 
-  int childCount() const override { return cellCount() + static_cast<int>(list_.editors().size()); }
+  int childCount() const override { return cellCount() + static_cast<int>(widgets().size()); }
   QAccessibleInterface* child(int place) const override {
-    if (place >= cellCount()) return QAccessible::queryAccessibleInterface(list_.editors().value(place - cellCount()));
+    if (place >= cellCount()) return QAccessible::queryAccessibleInterface(widgets().value(place - cellCount()));
     if (place < 0) return nullptr;
     QAccessible::Id& id = cells_[place];
     if (!id) {
@@ -117,22 +118,30 @@ class ListAccessible : public QAccessibleWidget {
   int indexOfChild(const QAccessibleInterface* child) const override {
     if (!child || !child->isValid()) return -1;
     if (const auto* cell = dynamic_cast<const CellAccessible*>(child)) return cell->place();
-    const auto place = list_.editors().indexOf(child->object());
+    const auto place = widgets().indexOf(qobject_cast<QWidget*>(child->object()));
     return place < 0 ? -1 : cellCount() + static_cast<int>(place);
   }
   QAccessibleInterface* childAt(int x, int y) const override {
-    for (QLineEdit* editor : list_.editors())
-      if (editor->rect().contains(editor->mapFromGlobal(QPoint(x, y))))
-        return QAccessible::queryAccessibleInterface(editor);
+    for (QWidget* widget : widgets())
+      if (widget->rect().contains(widget->mapFromGlobal(QPoint(x, y))))
+        return QAccessible::queryAccessibleInterface(widget);
     return cell(list_.indexAt(list_.viewport()->mapFromGlobal(QPoint(x, y))));
   }
   QAccessibleInterface* focusChild() const override {
-    for (QLineEdit* editor : list_.editors())
-      if (editor->hasFocus()) return QAccessible::queryAccessibleInterface(editor);
+    for (QWidget* widget : widgets())
+      if (widget->hasFocus() || widget->isAncestorOf(QApplication::focusWidget()))
+        return QAccessible::queryAccessibleInterface(widget);
     return list_.hasFocus() ? cell(list_.currentIndex()) : nullptr;
   }
 
  private:
+  /// The fields and details over the rows.
+  QWidgetList widgets() const {
+    QWidgetList found = list_.details();
+    for (QLineEdit* editor : list_.editors())
+      found << editor;
+    return found;
+  }
   int cellCount() const { return rowsOf(list_).rowCount() * rowsOf(list_).columnCount(); }
   QAccessibleInterface* cell(const QModelIndex& index) const {
     return index.isValid() ? child(index.row() * rowsOf(list_).columnCount() + index.column()) : nullptr;

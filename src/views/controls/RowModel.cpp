@@ -15,9 +15,16 @@ bool RowModel::setRows(std::vector<RowKey> rows, const std::set<RowKey>& changed
     return true;
   }
   if (changed.empty()) return false;
+  // One signal a run of rows: a change of the tags touches thousands.
+  const auto isChanged = [&](int row) {
+    return row < rowCount() && changed.contains(rows_[static_cast<std::size_t>(row)]);
+  };
   for (int row = 0; row < rowCount(); ++row) {
-    if (changed.contains(rows_[static_cast<std::size_t>(row)]))
-      Q_EMIT dataChanged(index(row, 0), index(row, columns_ - 1));
+    if (!isChanged(row)) continue;
+    const int first = row;
+    while (isChanged(row + 1))
+      ++row;
+    Q_EMIT dataChanged(index(first, 0), index(row, columns_ - 1));
   }
   return false;
 }

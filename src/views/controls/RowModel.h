@@ -25,6 +25,7 @@ namespace rowRole {
 constexpr int flags = Qt::UserRole + 1;       ///< unsigned int of Qt::ItemFlags; invalid: those of the row's kind
 constexpr int isEcho = Qt::UserRole + 2;      ///< another row of the list stands for this record and is selected
 constexpr int accessible = Qt::UserRole + 3;  ///< int of QAccessible::Role; invalid: a list item
+constexpr int isControl = Qt::UserRole + 4;   ///< the cell is pressed for itself, not for its row
 constexpr int own = Qt::UserRole + 16;
 }  // namespace rowRole
 
