@@ -5,7 +5,8 @@
 
 namespace tamboro {
 
-AppDelegate::AppDelegate(Prompts& prompts, QObject* parent) : QObject(parent), updaterController_(prompts) {}
+AppDelegate::AppDelegate(UpdaterServices updates, QObject* parent)
+    : QObject(parent), updaterController_(std::move(updates)) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
   QApplication::setQuitOnLastWindowClosed(applicationShouldTerminateAfterLastWindowClosed());

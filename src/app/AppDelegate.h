@@ -3,7 +3,6 @@
 #include <QObject>
 
 #include "app/UpdaterController.h"
-#include "views/controls/Prompts.h"
 
 namespace tamboro {
 
@@ -12,7 +11,7 @@ class AppDelegate : public QObject {
   Q_OBJECT
 
  public:
-  explicit AppDelegate(Prompts& prompts, QObject* parent = nullptr);
+  explicit AppDelegate(UpdaterServices updates, QObject* parent = nullptr);
 
   void applicationDidFinishLaunching();
   bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }

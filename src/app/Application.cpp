@@ -1,16 +1,20 @@
 #include "app/Application.h"
 
 #include <QApplication>
+#include <QDateTime>
+#include <QDesktopServices>
 #include <QScreen>
 #include <QStandardPaths>
 
 #include "app/AboutPanel.h"
 #include "app/MenuBar.h"
+#include "app/SettingsWindow.h"
 #include "app/StoreUndoKeys.h"
 #include "platform/EventTurns.h"
 #include "platform/RealFileSystem.h"
 #include "platform/ThreadJobs.h"
 #include "views/ContentView.h"
+#include "views/PreferencesView.h"
 #include "views/look/Look.h"
 #include "views/look/LookStyle.h"
 
@@ -25,11 +29,14 @@ Path standardFolder(QStandardPaths::StandardLocation location) {
 }  // namespace
 
 Application::Application()
-    : appDelegate_(prompts_),
-      files_(makeRealFileSystem()),
-      defaults_(makeUserDefaults()),
-      jobs_(makeThreadJobs()),
+    : defaults_(makeUserDefaults()),
       timers_(makeEventLoopTimers()),
+      feedFetcher_(QStringLiteral(TAMBORO_VERSION)),
+      appDelegate_({prompts_, *defaults_, *timers_, feedFetcher_, QUrl(QStringLiteral(TAMBORO_UPDATE_FEED)),
+                    QStringLiteral(TAMBORO_VERSION), [](const QUrl& page) { QDesktopServices::openUrl(page); },
+                    &QDateTime::currentSecsSinceEpoch}),
+      files_(makeRealFileSystem()),
+      jobs_(makeThreadJobs()),
       folderPanel_(*files_),
       library_(std::make_unique<RolandLibrary>(
           LibraryServices{*files_, *defaults_, *jobs_, *timers_, folderPanel_,
@@ -54,8 +61,10 @@ void Application::makeWindow() {
   window_->setMenuBar(menus);
   window_->setCentralWidget(new ContentView(*library_, player_, *files_, *defaults_, prompts_));
   connect(menus, &MenuBar::aboutRequested, this, &Application::showAbout);
-  connect(menus, &MenuBar::checkForUpdatesRequested, this,
-          [this] { appDelegate_.updaterController().checkForUpdates(window_.get()); });
+  connect(menus, &MenuBar::preferencesRequested, this, &Application::showPreferences);
+  UpdaterController& updater = appDelegate_.updaterController();
+  updater.attach(window_.get());
+  connect(menus, &MenuBar::checkForUpdatesRequested, &updater, &UpdaterController::checkForUpdates);
   folderPanel_.attach(window_.get(), [this](const Path& folder) { return library_->resolveRoot(folder).has_value(); });
   const QSize room = window_->screen()->availableSize();
   window_->resize(QSize(Look::px(1200), Look::px(800)).boundedTo(room));
@@ -70,6 +79,12 @@ void Application::showAbout() {
   auto* panel =
       new AboutPanel(aboutTexts(QStringLiteral(TAMBORO_VERSION), QStringLiteral(TAMBORO_BUILD_NUMBER)), window_.get());
   panel->open();
+}
+
+void Application::showPreferences() {
+  if (!settings_)
+    settings_ = new SettingsWindow(new PreferencesView(*library_, *files_, *jobs_, fileViewer_), window_.get());
+  settings_->bringToFront();
 }
 
 bool Application::eventFilter(QObject* watched, QEvent* event) {

@@ -5,14 +5,18 @@
 
 #include "app/AppDelegate.h"
 #include "app/CardFolderPanel.h"
+#include "app/DesktopFileViewer.h"
 #include "app/DesktopPrompts.h"
+#include "app/NetworkFeedFetcher.h"
 #include "audio/SamplePlayer.h"
 #include "library/RolandLibrary.h"
 
 namespace tamboro {
 
-/// The application object: owns the delegate, the desktop's services, the one store, the one player and the main
-/// window. Lives as long as the process; its end waits for jobs that still run.
+class SettingsWindow;
+
+/// The application object: owns the delegate, the desktop's services, the one store, the one player, the main
+/// window and the settings window. Lives as long as the process; its end waits for jobs that still run.
 class Application : public QObject {
   Q_OBJECT
 
@@ -27,18 +31,22 @@ class Application : public QObject {
  private:
   void makeWindow();
   void showAbout();
+  void showPreferences();
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   DesktopPrompts prompts_;
-  AppDelegate appDelegate_;
-  std::unique_ptr<FileSystem> files_;
   std::unique_ptr<Defaults> defaults_;
-  std::unique_ptr<BackgroundJobs> jobs_;
   std::unique_ptr<Timers> timers_;
+  NetworkFeedFetcher feedFetcher_;
+  AppDelegate appDelegate_;
+  DesktopFileViewer fileViewer_;
+  std::unique_ptr<FileSystem> files_;
+  std::unique_ptr<BackgroundJobs> jobs_;
   CardFolderPanel folderPanel_;
   std::unique_ptr<RolandLibrary> library_;
   SamplePlayer player_;
   std::unique_ptr<QMainWindow> window_;
+  SettingsWindow* settings_ = nullptr;  ///< made when first asked for, the main window's
 };
 
 }  // namespace tamboro

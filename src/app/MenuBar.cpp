@@ -63,6 +63,11 @@ void MenuBar::addEditMenu() {
   pasteSound_ = addRow(edit, QStringLiteral("pasteSound"), QStringLiteral("Paste Sound"));
   connect(copySound_, &QAction::triggered, this, &MenuBar::copySound);
   connect(pasteSound_, &QAction::triggered, this, &MenuBar::pasteSound);
+  edit->addSeparator();
+  QAction* preferences =
+      addRow(edit, QStringLiteral("preferences"), QStringLiteral("Preferences…"), Qt::CTRL | Qt::Key_Comma);
+  preferences->setMenuRole(QAction::PreferencesRole);
+  connect(preferences, &QAction::triggered, this, &MenuBar::preferencesRequested);
 }
 
 void MenuBar::addKitMenu() {
@@ -79,6 +84,7 @@ void MenuBar::addHelpMenu() {
   QMenu* help = addMenu(QStringLiteral("&Help"));
   QAction* shortcuts =
       addRow(help, QStringLiteral("keyboardShortcuts"), QStringLiteral("Keyboard Shortcuts"), Qt::CTRL | Qt::Key_Slash);
+  shortcuts->setShortcuts({shortcuts->shortcut(), Qt::Key_F1});
   connect(shortcuts, &QAction::triggered, this, [this] { store_.setShowingShortcutsHelp(true); });
   QAction* updates = addRow(help, QStringLiteral("checkForUpdates"), QStringLiteral("Check for Updates…"));
   updates->setMenuRole(QAction::ApplicationSpecificRole);

@@ -19,6 +19,7 @@ class MenuBar : public QMenuBar {
   explicit MenuBar(RolandLibrary& store, QWidget* parent = nullptr);
 
  Q_SIGNALS:
+  void preferencesRequested();
   void aboutRequested();
   void checkForUpdatesRequested();
 

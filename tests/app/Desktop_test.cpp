@@ -2,10 +2,16 @@
 
 #include <QMainWindow>
 #include <QTest>
+#include <QTimer>
 
 #include "app/AboutPanel.h"
 #include "app/AppDelegate.h"
 #include "app/CardFolderPanel.h"
+#include "app/DesktopFileViewer.h"
+#include "app/NetworkFeedFetcher.h"
+#include "app/SettingsWindow.h"
+#include "support/HandTimers.h"
+#include "support/MemoryDefaults.h"
 #include "views/HandPrompts.h"
 
 namespace tamboro::test {
@@ -35,7 +41,10 @@ TEST(AboutPanel, FallsBackWhereTheBuildKnowsNoVersion) {
 
 TEST(AppDelegate, ReopeningBringsAWindowBackUnlessOneIsVisible) {
   HandPrompts prompts;
-  AppDelegate delegate(prompts);
+  MemoryDefaults defaults;
+  HandTimers timers;
+  NetworkFeedFetcher fetcher({});
+  AppDelegate delegate(UpdaterServices{prompts, defaults, timers, fetcher, {}, {}, {}, {}});
   QMainWindow window;
   window.showMinimized();
   EXPECT_TRUE(delegate.applicationShouldHandleReopen(true));
@@ -45,12 +54,27 @@ TEST(AppDelegate, ReopeningBringsAWindowBackUnlessOneIsVisible) {
   EXPECT_TRUE(window.isVisible());
 }
 
-TEST(UpdaterController, SaysThatThereIsNoUpdateSource) {
-  HandPrompts prompts;
-  AppDelegate delegate(prompts);
-  delegate.updaterController().checkForUpdates(nullptr);
-  ASSERT_EQ(prompts.alerts.size(), 1U);
-  EXPECT_TRUE(prompts.alerts.front().first.text.contains(QStringLiteral("no update source")));
+TEST(SettingsWindow, GoesByItsKeysAndKeepsNoProgramOpen) {
+  QMainWindow main;
+  SettingsWindow settings(new QWidget, &main);
+  main.show();
+  for (const auto& [key, modifier] : {std::pair(Qt::Key_Escape, Qt::NoModifier), {Qt::Key_W, Qt::ControlModifier}}) {
+    settings.bringToFront();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&settings));
+    QTest::keyClick(&settings, key, modifier);
+    EXPECT_FALSE(settings.isVisible()) << key;
+  }
+  EXPECT_TRUE(main.isVisible());
+  settings.bringToFront();
+  EXPECT_FALSE(settings.isModal());
+  QMetaObject::invokeMethod(&main, &QWidget::close, Qt::QueuedConnection);
+  QTimer::singleShot(std::chrono::seconds(20), &main, [] { QApplication::exit(1); });
+  EXPECT_EQ(QApplication::exec(), 0) << "the main window is the program's last";
+}
+
+TEST(DesktopFileViewer, AddressesNamesOfAnyBytes) {
+  EXPECT_EQ(fileAddress("/home/ana/Tamboro Backup"), "file:///home/ana/Tamboro%20Backup");
+  EXPECT_EQ(fileAddress("/m/a#b?c%d\xE9"), "file:///m/a%23b%3Fc%25d%E9");
 }
 
 }  // namespace

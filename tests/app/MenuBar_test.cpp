@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QLineEdit>
+#include <QSignalSpy>
 
 #include "app/StoreUndoKeys.h"
 #include "views/MainWindow.h"
@@ -19,8 +20,9 @@ struct Program : MainWindow {
   QAction& row(const char* name) { return *menus.findChild<QAction*>(QString::fromLatin1(name)); }
   std::string enabledRows() {
     std::string rows;
-    for (const char* name : {"newKit", "save", "undo", "redo", "copySound", "pasteSound", "goToKit1", "goToKit3",
-                             "goToKit4", "goToKit9", "keyboardShortcuts", "checkForUpdates", "about", "quit"}) {
+    for (const char* name :
+         {"newKit", "save", "undo", "redo", "copySound", "pasteSound", "goToKit1", "goToKit3", "goToKit4", "goToKit9",
+          "preferences", "keyboardShortcuts", "checkForUpdates", "about", "quit"}) {
       if (row(name).isEnabled()) rows += std::string(rows.empty() ? "" : " ") + name;
     }
     return rows;
@@ -34,7 +36,7 @@ TEST(MenuBar, RowsFollowTheStoreAtOnce) {
   Program program;
   RolandLibrary& library = program.store.library;
   program.show();
-  const std::string always = " keyboardShortcuts checkForUpdates about quit";
+  const std::string always = " preferences keyboardShortcuts checkForUpdates about quit";
   const std::string kits = " goToKit1 goToKit3" + always;
   EXPECT_EQ(program.enabledRows(), "newKit" + always);
   program.store.open();
@@ -149,11 +151,20 @@ TEST(MenuBar, ACopiedSoundCanBePastedManyTimes) {
   }
 }
 
-TEST(MenuBar, KeyForHelpSetsTheProperty) {
+TEST(MenuBar, KeysForHelpAndPreferences) {
   Program program;
   program.showCard();
-  program.press(Qt::Key_Slash);
-  EXPECT_TRUE(program.store.library.showingShortcutsHelp());
+  for (const auto& [key, modifier] : {std::pair(Qt::Key_Slash, Qt::ControlModifier), {Qt::Key_F1, Qt::NoModifier}}) {
+    program.store.library.setShowingShortcutsHelp(false);
+    program.settle();
+    program.press(key, modifier);
+    EXPECT_TRUE(program.store.library.showingShortcutsHelp()) << key;
+  }
+  program.store.library.setShowingShortcutsHelp(false);
+  program.settle();
+  QSignalSpy preferences(&program.menus, &MenuBar::preferencesRequested);
+  program.press(Qt::Key_Comma);
+  EXPECT_EQ(preferences.count(), 1);
 }
 
 }  // namespace

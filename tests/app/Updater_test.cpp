@@ -1,0 +1,311 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QNetworkProxy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+#include <QTimer>
+
+#include "app/NetworkFeedFetcher.h"
+#include "app/UpdaterController.h"
+#include "support/HandTimers.h"
+#include "support/MemoryDefaults.h"
+#include "views/HandPrompts.h"
+
+namespace tamboro::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+QByteArray feedOf(const QByteArray& items) {
+  return "<?xml version=\"1.0\"?><rss version=\"2.0\"><channel><title>Tamboro</title>"
+         "<link>https://tamboro.test/feed</link>" +
+         items + "</channel></rss>";
+}
+
+QByteArray item(const QByteArray& version, const QByteArray& link = "https://tamboro.test/news") {
+  return "<item><title>Tamboro " + version + "</title><link>" + link + "</link><version>" + version +
+         "</version></item>";
+}
+
+TEST(ReleaseVersion, ComparesComponentsAsNumbersAndPutsSuffixesBelow) {
+  const std::vector<std::string> ascending{"0.9", "1.0-alpha", "1.0-beta 2", "v1.0-beta10", "1.0rc1",
+                                           "1.0", "1.0.1",     "1.2",        "1.10",        "2"};
+  for (std::size_t a = 0; a < ascending.size(); ++a) {
+    for (std::size_t b = 0; b < ascending.size(); ++b) {
+      const auto left = ReleaseVersion::read(QString::fromStdString(ascending[a]));
+      const auto right = ReleaseVersion::read(QString::fromStdString(ascending[b]));
+      ASSERT_TRUE(left && right);
+      EXPECT_EQ(*left < *right, a < b) << ascending[a] << " and " << ascending[b];
+    }
+  }
+  EXPECT_EQ(*ReleaseVersion::read(QStringLiteral("1")), *ReleaseVersion::read(QStringLiteral("1.0.0+77")));
+  for (const char* text : {"", "  ", "new", "-1"})
+    EXPECT_FALSE(ReleaseVersion::read(QString::fromLatin1(text))) << text;
+}
+
+TEST(UpdateFeed, FindsTheNewestItemWhateverThePrefixes) {
+  struct Case {
+    QByteArray items;
+    std::string newest;
+    std::string link;
+  };
+  const std::string page = "https://tamboro.test/news";
+  for (const Case& c : {
+           Case{"", "", ""},
+           Case{item("1.2") + item("1.10") + item("1.9"), "1.10", page},
+           Case{item("unknown") + "<item/>" + item("1.1"), "1.1", page},
+           Case{"<item><enclosure url='x' s:version='12' s:shortVersionString='1.3'/></item>", "1.3", ""},
+           Case{"<item xmlns:s='urn:s'><s:version>1.4</s:version><enclosure version='9'/></item>", "1.4", ""},
+           Case{"<item><version>1.5</version><a:link href='z'/><link>\n" + QByteArray::fromStdString(page) +
+                    " </link><description><![CDATA[<b>]]><link>q</link></description></item>",
+                "1.5", page},
+           Case{item("1.6", "https://not a host/"), "1.6", ""},
+       }) {
+    const auto feed = parseUpdateFeed(feedOf(c.items));
+    ASSERT_TRUE(feed) << c.items.constData();
+    EXPECT_EQ(feed->newest ? feed->newest->version.text().toStdString() : "", c.newest);
+    EXPECT_EQ(feed->newest ? feed->newest->link.toString().toStdString() : "", c.link);
+  }
+}
+
+TEST(UpdateFeed, RefusesWhatIsNoWholeFeed) {
+  const QByteArray whole = feedOf(item("1.2"));
+  QByteArray bomb = "<!DOCTYPE rss [<!ENTITY a0 \"aaaaaaaaaa\">";
+  for (int level = 1; level < 30; ++level) {
+    const QByteArray below = "&a" + QByteArray::number(level - 1) + ";";
+    bomb += "<!ENTITY a" + QByteArray::number(level) + " \"" + below + below + "\">";
+  }
+  bomb += "]><rss><channel><item><title>&a29;</title><version>9</version></item></channel></rss>";
+  for (const QByteArray& bytes : {QByteArray(), QByteArray("sign in first"), QByteArray("<html><body/></html>"),
+                                  QByteArray("<rss version='2.0'/>"), whole.chopped(1), whole + "<rss/>",
+                                  feedOf("<item><title>&undeclared;</title></item>"), feedOf("<item></channel>"), bomb})
+    EXPECT_FALSE(parseUpdateFeed(bytes)) << bytes.left(60).constData();
+  EXPECT_TRUE(parseUpdateFeed(whole));
+}
+
+struct HandFetcher : FeedFetcher {
+  std::vector<std::function<void(const FeedAnswer&)>> asked;
+  void fetch(const QUrl&, std::function<void(const FeedAnswer&)> done) override { asked.push_back(std::move(done)); }
+};
+
+/// Version 1.0 with a feed, a clock and timers run by hand.
+struct Updates {
+  HandPrompts prompts;
+  MemoryDefaults defaults;
+  HandTimers timers;
+  HandFetcher fetcher;
+  qint64 now = 1'800'000'000;
+  std::vector<QUrl> opened;
+  std::optional<UpdaterController> controller;
+
+  void start(const char* feed = "https://tamboro.test/feed") {
+    controller.emplace(UpdaterServices{prompts, defaults, timers, fetcher, QUrl(QString::fromLatin1(feed)),
+                                       QStringLiteral("1.0.0"), [this](const QUrl& page) { opened.push_back(page); },
+                                       [this] { return now; }});
+    QCoreApplication::processEvents();
+  }
+  void afterHours(int hours) {
+    for (int hour = 0; hour < hours; ++hour) {
+      now += 60 * 60;
+      timers.tick();
+    }
+  }
+  void answer(const FeedAnswer& answer) { fetcher.asked.back()(answer); }
+  /// Title and text of the alerts since the last call, each closed by its first button.
+  std::vector<std::string> told() {
+    std::vector<std::string> texts;
+    while (!prompts.alerts.empty()) {
+      const Alert& alert = prompts.alerts.front().first;
+      texts.push_back((alert.title + QLatin1Char('|') + alert.text).toStdString());
+      prompts.press(0);
+    }
+    return texts;
+  }
+};
+
+TEST(UpdaterController, SaysThatThereIsNoUpdateSourceAndSendsNothing) {
+  Updates updates;
+  updates.start("");
+  updates.controller->checkForUpdates();
+  EXPECT_THAT(updates.told(), ElementsAre(HasSubstr("no update source")));
+  EXPECT_TRUE(updates.timers.periods().empty());
+  EXPECT_TRUE(updates.fetcher.asked.empty());
+}
+
+TEST(UpdaterController, AsksOnceADayAndSpeaksOncePerVersion) {
+  Updates updates;
+  updates.start();
+  ASSERT_EQ(updates.fetcher.asked.size(), 1U);
+  updates.answer({{}, FeedFailure{FeedFailure::Kind::network}});
+  updates.afterHours(23);
+  updates.start();  // the program again, on the same day
+  EXPECT_EQ(updates.fetcher.asked.size(), 1U) << "a failed check counts";
+  updates.afterHours(1);
+  ASSERT_EQ(updates.fetcher.asked.size(), 2U);
+  updates.answer({feedOf(item("1.0"))});
+  EXPECT_TRUE(updates.told().empty());
+
+  for (const char* version : {"1.1", "1.1", "1.2"}) {
+    updates.afterHours(24);
+    updates.answer({feedOf(item(version))});
+  }
+  EXPECT_THAT(updates.told(), ElementsAre(HasSubstr("1.1"), HasSubstr("1.2")));
+  updates.now -= 100 * 24 * 60 * 60;
+  updates.start();
+  EXPECT_EQ(updates.fetcher.asked.size(), 6U) << "a clock that was set back must not silence the check";
+}
+
+TEST(UpdaterController, AnswersTheHandAlways) {
+  using Kind = FeedFailure::Kind;
+  struct Case {
+    FeedAnswer answer;
+    std::string told;
+  };
+  for (const Case& c :
+       {Case{{feedOf(item("1.0"))}, "Up to Date|Version 1.0.0"}, Case{{feedOf(item("1.0-rc1"))}, "Up to Date|"},
+        Case{{feedOf(item("1.1"))}, "1.1 Is Available|Tamboro 1.1\n\nYou have version 1.0.0."},
+        Case{{"<rss>"}, "can't be read"}, Case{{{}, FeedFailure{Kind::timeOut}}, "didn't answer in time"},
+        Case{{{}, FeedFailure{Kind::status, 404}}, "error 404"},
+        Case{{{}, FeedFailure{Kind::status, 503}}, "error 503"}, Case{{{}, FeedFailure{Kind::tooLarge}}, "too large"},
+        Case{{{}, FeedFailure{Kind::insecure}}, "secure connection"},
+        Case{{{}, FeedFailure{Kind::network, 0, QStringLiteral("no route")}}, "no route"}}) {
+    Updates updates;
+    updates.start();
+    updates.controller->checkForUpdates();
+    updates.controller->checkForUpdates();
+    EXPECT_EQ(updates.fetcher.asked.size(), 1U) << "the quiet check under way answers";
+    updates.answer(c.answer);
+    EXPECT_THAT(updates.told(), ElementsAre(HasSubstr(c.told)));
+    updates.controller->checkForUpdates();
+    updates.answer(c.answer);
+    EXPECT_THAT(updates.told(), ElementsAre(HasSubstr(c.told))) << "as often as asked";
+  }
+}
+
+TEST(UpdaterController, OpensThePageOnlyWhereItIsHttps) {
+  for (const auto& [link, buttons] : std::map<QByteArray, std::size_t>{{"https://tamboro.test/news", 2},
+                                                                       {"http://tamboro.test/news", 1},
+                                                                       {"file:///usr/bin/true", 1},
+                                                                       {"https:///etc", 1},
+                                                                       {"", 1}}) {
+    Updates updates;
+    updates.start();
+    updates.answer({feedOf(item("2.0", link))});
+    ASSERT_EQ(updates.prompts.alerts.size(), 1U);
+    EXPECT_EQ(updates.prompts.alerts.front().first.buttons.size(), buttons) << link.constData();
+    updates.controller.reset();  // the answer can come while the program ends
+    updates.prompts.press(buttons - 1);
+    EXPECT_EQ(updates.opened.size(), buttons - 1) << link.constData();
+  }
+}
+
+/// A web server on the loopback address that answers each path in its own way and keeps what it was asked.
+class Server : public QTcpServer {
+ public:
+  QByteArray asked;
+
+  Server() {
+    listen(QHostAddress::LocalHost);
+    connect(this, &QTcpServer::newConnection, this, [this] {
+      QTcpSocket* socket = nextPendingConnection();
+      connect(socket, &QTcpSocket::readyRead, this, [this, socket] { serve(*socket); });
+    });
+  }
+  QUrl address(const QString& path) const {
+    return QUrl(QStringLiteral("http://127.0.0.1:%1/%2").arg(serverPort()).arg(path));
+  }
+
+ private:
+  void serve(QTcpSocket& socket) {
+    const QByteArray request = socket.readAll();
+    asked += request;
+    const QByteArray path = request.split(' ').value(1).mid(1);
+    const auto redirect = [&](const QByteArray& target) {
+      socket.write("HTTP/1.1 302 Found\r\nSet-Cookie: who=you; Path=/\r\nContent-Length: 0\r\nLocation: " + target +
+                   "\r\n\r\n");
+    };
+    if (path == "feed") socket.write("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nfeed");
+    if (path == "missing") socket.write("HTTP/1.1 404 Not Found\r\nContent-Length: 2\r\n\r\nno");
+    if (path == "huge") socket.write("HTTP/1.1 200 OK\r\n\r\n" + QByteArray(100'000, 'x'));  // and never ends
+    if (path == "drips") drip(socket);
+    if (path == "moved") redirect("/feed");
+    if (path == "circle") redirect("/circle");
+    if (path == "elsewhere") redirect("http://192.0.2.1/feed");
+    if (path == "file") redirect("file:///etc/hostname");
+  }
+  void drip(QTcpSocket& socket) {
+    socket.write("HTTP/1.1 200 OK\r\n\r\n");
+    auto* timer = new QTimer(&socket);
+    connect(timer, &QTimer::timeout, &socket, [&socket] { socket.write("x"); });
+    timer->start(1);
+  }
+};
+
+struct NetworkFetch : testing::Test {
+  Server server;
+  std::optional<FeedAnswer> got;
+
+  NetworkFetch() { QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy); }
+  std::string fetch(const QString& path, const FetchLimits& limits) {
+    got.reset();
+    NetworkFeedFetcher fetcher(QStringLiteral("1.0.0"), limits);
+    fetcher.fetch(server.address(path), [this](const FeedAnswer& answer) { got = answer; });
+    EXPECT_FALSE(got) << "an answer comes later";
+    if (!QTest::qWaitFor([this] { return got.has_value(); }, 20'000)) return "none";
+    if (!got->failure) return got->bytes.toStdString();
+    const char* kinds[] = {"insecure", "time-out", "status", "too large", "network"};
+    return kinds[static_cast<int>(got->failure->kind)] +
+           (got->failure->kind == FeedFailure::Kind::status ? " " + std::to_string(got->failure->status) : "");
+  }
+};
+
+TEST_F(NetworkFetch, AnswersOrSaysWhyNot) {
+  using namespace std::chrono_literals;
+  const FetchLimits patient{15s, 5'000, true};
+  const FetchLimits hasty{50ms, 5'000, true};
+  EXPECT_EQ(fetch(QStringLiteral("feed"), patient), "feed");
+  EXPECT_EQ(fetch(QStringLiteral("feed"), {15s, 4, true}), "feed") << "a full measure";
+  EXPECT_EQ(fetch(QStringLiteral("feed"), {15s, 3, true}), "too large");
+  EXPECT_EQ(fetch(QStringLiteral("moved"), patient), "feed");
+  EXPECT_EQ(fetch(QStringLiteral("missing"), patient), "status 404");
+  EXPECT_EQ(fetch(QStringLiteral("huge"), patient), "too large");
+  EXPECT_EQ(fetch(QStringLiteral("hangs"), hasty), "time-out");
+  EXPECT_EQ(fetch(QStringLiteral("drips"), hasty), "time-out") << "the whole answer has one time-out";
+  EXPECT_EQ(fetch(QStringLiteral("circle"), patient), "network");
+  EXPECT_EQ(fetch(QStringLiteral("elsewhere"), patient), "insecure");
+  EXPECT_EQ(fetch(QStringLiteral("file"), patient), "insecure");
+  server.close();
+  EXPECT_EQ(fetch(QStringLiteral("feed"), patient), "network");
+}
+
+TEST_F(NetworkFetch, RefusesPlainHttpWithoutAsking) {
+  EXPECT_EQ(fetch(QStringLiteral("feed"), {}), "insecure");
+  EXPECT_TRUE(server.asked.isEmpty());
+}
+
+TEST_F(NetworkFetch, SendsNothingThatTellsTheUser) {
+  EXPECT_EQ(fetch(QStringLiteral("moved"), {std::chrono::seconds(15), 5'000, true}), "feed");
+  const QByteArray asked = server.asked.toLower();
+  EXPECT_EQ(asked.count("get /"), 2);
+  EXPECT_EQ(asked.count("user-agent: tamboro/1.0.0\r\n"), 2);
+  EXPECT_EQ(asked.count("accept-language: *\r\n"), 2);
+  for (const char* header : {"cookie:", "referer:", "authorization:", "from:"})
+    EXPECT_FALSE(asked.contains(header)) << header;
+}
+
+TEST_F(NetworkFetch, DestroyingTheFetcherDropsTheAnswer) {
+  bool isAnswered = false;
+  {
+    NetworkFeedFetcher fetcher(QStringLiteral("1.0.0"), {std::chrono::seconds(15), 5'000, true});
+    fetcher.fetch(server.address(QStringLiteral("hangs")), [&](const FeedAnswer&) { isAnswered = true; });
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !server.asked.isEmpty(); }));
+  }
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(isAnswered);
+}
+
+}  // namespace
+}  // namespace tamboro::test
