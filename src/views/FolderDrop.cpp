@@ -4,34 +4,16 @@
 #include <QDropEvent>
 #include <QWidget>
 
+#include "views/UriList.h"
+
 namespace tamboro {
 
-namespace {
-
-/// The list's first entry as bytes: as a QUrl a name that isn't UTF-8 would be lost.
-std::optional<Path> firstLocalPath(const QByteArray& uriList) {
-  for (const QByteArray& line : uriList.split('\n')) {
-    const QByteArray entry = line.trimmed();
-    if (entry.isEmpty() || entry.startsWith('#')) continue;
-    constexpr QByteArrayView scheme("file://");
-    if (entry.left(scheme.size()).toLower() != scheme) return std::nullopt;
-    const qsizetype start = entry.indexOf('/', scheme.size());
-    const QByteArray host = entry.mid(scheme.size(), start - scheme.size());
-    if (start < 0 || !(host.isEmpty() || host == "localhost")) return std::nullopt;
-    const QByteArray bytes = QByteArray::fromPercentEncoding(entry.mid(start));
-    if (bytes.contains('\0')) return std::nullopt;
-    return Path(bytes.toStdString());
-  }
-  return std::nullopt;
-}
-
-}  // namespace
-
 std::optional<Path> droppedFolder(const QMimeData& data, const FileSystem& files) {
-  const std::optional<Path> path = firstLocalPath(data.data(QStringLiteral("text/uri-list")));
-  if (!path) return std::nullopt;
+  const auto entries = draggedPaths(data, 1);
+  if (entries.empty() || !entries.front()) return std::nullopt;
+  const Path& path = *entries.front();
   try {
-    return files.status(*path).kind == FileKind::folder ? path : std::nullopt;
+    return files.status(path).kind == FileKind::folder ? std::optional(path) : std::nullopt;
   } catch (const FileError&) {
     return std::nullopt;
   }

@@ -1,0 +1,236 @@
+#include "views/WaveImports.h"
+
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QDragEnterEvent>
+#include <QLineEdit>
+#include <QListView>
+#include <QPointer>
+
+#include "views/FolderDrop.h"
+#include "views/MainWindow.h"
+#include "views/WaveDrop.h"
+
+namespace tamboro::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+/// A batch whose failures and steps are told.
+struct Batch {
+  TestStore store;
+  QPointer<WaveImports> imports = new WaveImports(store.library, nullptr);
+  std::vector<std::string> failures;
+
+  Batch() {
+    writeTree(store.files, "/home", {{"Kick.v2.wav", "one"}, {"snare.WAV", "two"}, {"caf\xE9.wav", "three"}});
+    QObject::connect(imports, &WaveImports::failed,
+                     [this](const QString& text) { failures.push_back(text.toStdString()); });
+  }
+  ~Batch() { delete imports; }
+  /// Delivers events and runs the jobs until nothing is under way.
+  void run() {
+    do
+      MainWindow::settle();
+    while (store.jobs.runWork() || store.jobs.deliver());
+  }
+  std::vector<std::string> imported() const {
+    std::vector<std::string> names;
+    for (const Wave& wave : store.library.waves())
+      if (wave.isPending) names.push_back(wave.name() + "/" + std::to_string(wave.tag()));
+    return names;
+  }
+};
+
+TEST(WaveImports, OneFileAfterAnotherUnderItsNameAndTheBatchsTag) {
+  Batch batch;
+  batch.store.open();
+  batch.imports->start({"/home/Kick.v2.wav", "/home/gone.wav"}, 1);
+  EXPECT_EQ(batch.store.jobs.waiting(), 0U) << "the caller would wait for the first file's checks";
+  MainWindow::settle();
+  EXPECT_EQ(batch.store.jobs.waiting(), 1U);
+  batch.imports->start({"/home/snare.WAV", "/home/caf\xE9.wav"}, 0);
+  MainWindow::settle();
+  EXPECT_EQ(batch.store.jobs.waiting(), 1U);
+  EXPECT_TRUE(batch.imports->isRunning());
+  EXPECT_EQ(batch.imports->done(), 0);
+  EXPECT_EQ(batch.imports->total(), 4);
+  batch.run();
+  EXPECT_THAT(batch.imported(), ElementsAre("Kick.v2/1", "snare/0", "caf\uFFFD/0"));
+  ASSERT_EQ(batch.failures.size(), 1U);
+  EXPECT_THAT(batch.failures[0], ::testing::HasSubstr("No such file"));
+  EXPECT_FALSE(batch.imports->isRunning());
+  EXPECT_EQ(batch.imports->done(), 4);
+  batch.imports->start({"/home/snare.WAV"}, 0);
+  EXPECT_EQ(batch.imports->done(), 0);
+  EXPECT_EQ(batch.imports->total(), 1);
+}
+
+TEST(WaveImports, FilesRefusedAtOnceLeaveTheWindowLive) {
+  Batch batch;
+  int depth = 0;
+  int deepest = 0;
+  QObject::connect(batch.imports, &WaveImports::failed, [&] {
+    deepest = std::max(deepest, ++depth);
+    QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    --depth;
+  });
+  batch.imports->start(std::vector<Path>(10'000, "/home/snare.WAV"), 0);
+  bool isLive = false;
+  QMetaObject::invokeMethod(
+      batch.imports, [&] { isLive = batch.failures.size() < 3; }, Qt::QueuedConnection);
+  while (batch.imports->isRunning())
+    QApplication::processEvents();
+  EXPECT_TRUE(isLive) << "all files are refused in one turn";
+  EXPECT_EQ(deepest, 1);
+  EXPECT_EQ(batch.failures.size(), 10'000U);
+  EXPECT_EQ(batch.failures.back(), "No SPD-SX folder has been loaded yet.");
+}
+
+/// What ends a batch before its time. The file under way follows the store's rules, the others aren't begun.
+TEST(WaveImports, EndsWithItsOwnerItsCardAndItsWindow) {
+  struct End {
+    const char* what;
+    std::function<void(Batch&)> happen;
+    std::size_t imported;
+  };
+  const End ends[] = {
+      {"its owner goes", [](Batch& batch) { delete batch.imports; }, 1},
+      {"another card is opened",
+       [](Batch& batch) {
+         batch.store.mountCard("fat:9999-0000", sampleCard());
+         batch.store.library.load("/media/card");
+       },
+       0},
+      {"the same card is read again", [](Batch& batch) { batch.store.library.load("/media/card"); }, 0},
+      {"the last window closes",
+       [](Batch&) {
+         QWidget window;
+         window.show();
+         QMetaObject::invokeMethod(&window, &QWidget::close, Qt::QueuedConnection);
+         QApplication::exec();
+       },
+       1},
+  };
+  for (const End& end : ends) {
+    SCOPED_TRACE(end.what);
+    Batch batch;
+    batch.store.open();
+    batch.imports->start({"/home/Kick.v2.wav", "/home/snare.WAV", "/home/snare.WAV"}, 0);
+    MainWindow::settle();
+    end.happen(batch);
+    batch.run();
+    EXPECT_EQ(batch.imported().size(), end.imported);
+    EXPECT_TRUE(batch.failures.empty());
+    if (!batch.imports) continue;
+    EXPECT_FALSE(batch.imports->isRunning());
+    EXPECT_EQ(batch.imports->done(), batch.imports->total());
+    batch.imports->start({"/home/snare.WAV"}, 0);
+    batch.run();
+    EXPECT_EQ(batch.imported().size(), end.imported + 1) << "what comes later is imported";
+  }
+}
+
+constexpr const char* uriList = "text/uri-list";
+
+std::unique_ptr<QMimeData> dragOf(const QByteArray& uris) {
+  auto data = std::make_unique<QMimeData>();
+  if (!uris.isEmpty()) data->setData(QString::fromLatin1(uriList), uris);
+  data->setText(QString::fromUtf8(uris));
+  return data;
+}
+
+TEST(WaveDrop, KeepsTheWavFilesOfThisComputer) {
+  const std::vector<std::pair<QByteArray, std::vector<Path>>> cases{
+      {"file:///a/kick.wav\r\nfile:///a/loud%20snare.WAV\r\n", {"/a/kick.wav", "/a/loud snare.WAV"}},
+      {"file:///a/kick.aiff\nfile:///a/tom.wAv\nfile:///a/wav", {"/a/tom.wAv"}},
+      {"file:///a/caf%E9.wav", {"/a/caf\xE9.wav"}},
+      {"https://a/kick.wav\r\nfile://elsewhere/a/kick.wav", {}},
+      {"file:///a/.wav", {}},
+      {"file:///a/kick.wav.aiff", {}},
+      {"", {}},
+  };
+  for (const auto& [uris, waves] : cases)
+    EXPECT_EQ(droppedWaves(*dragOf(uris)), waves) << uris.toStdString();
+}
+
+/// A window that takes card folders, with a list that takes sounds and has a name open for editing.
+struct DropWindow {
+  TestStore store;
+  QWidget window;
+  QListView* list = new QListView(&window);
+  QLineEdit* name = new QLineEdit(list);
+  std::vector<std::vector<Path>> dropped;
+  std::vector<Path> opened;
+  std::vector<bool> targeted;
+
+  DropWindow() {
+    auto* drop = new WaveDrop(*list, [this](std::vector<Path> files) { dropped.push_back(std::move(files)); });
+    QObject::connect(drop, &WaveDrop::targetedChanged, [this](bool on) { targeted.push_back(on); });
+    new FolderDrop(window, store.files, [this](const Path& folder) { opened.push_back(folder); });
+    makeFolders(store.files, "/media/card.wav");
+    window.resize(300, 300);
+    list->resize(300, 200);
+    window.show();
+    MainWindow::settle();
+  }
+  /// Drags over the widget and lets go where that is accepted; the accepted action, or none.
+  Qt::DropAction drop(QWidget& target, const QByteArray& uris, Qt::DropActions offered = Qt::CopyAction) {
+    const auto data = dragOf(uris);
+    QDragEnterEvent enter(QPoint(5, 5), offered, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &enter);
+    if (!enter.isAccepted()) return Qt::IgnoreAction;
+    QDropEvent let(QPointF(5, 5), offered, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&target, &let);
+    return let.isAccepted() ? let.dropAction() : Qt::IgnoreAction;
+  }
+};
+
+TEST(WaveDrop, TakesSoundsOverTheWholeListAsACopy) {
+  DropWindow drag;
+  for (QWidget* target : {drag.list->viewport(), static_cast<QWidget*>(drag.list), static_cast<QWidget*>(drag.name)}) {
+    EXPECT_EQ(drag.drop(*target, "file:///a/kick.wav\nfile:///a/kick.aiff", Qt::MoveAction | Qt::CopyAction),
+              Qt::CopyAction);
+    EXPECT_TRUE(drag.dropped.empty()) << "the source would wait for the imports";
+    MainWindow::settle();
+    EXPECT_THAT(drag.dropped, ElementsAre(ElementsAre("/a/kick.wav")));
+    EXPECT_THAT(drag.targeted, ElementsAre(true, false));
+    drag.dropped.clear();
+    drag.targeted.clear();
+  }
+  EXPECT_EQ(drag.name->text(), QString());
+}
+
+TEST(WaveDrop, RefusesTheRestAndLeavesTheCardToTheWindow) {
+  DropWindow drag;
+  QWidget& list = *drag.list->viewport();
+  EXPECT_EQ(drag.drop(list, "file:///a/kick.aiff"), Qt::IgnoreAction);
+  EXPECT_EQ(drag.drop(*drag.name, "file:///a/kick.aiff"), Qt::IgnoreAction);
+  EXPECT_EQ(drag.drop(list, "file:///a/kick.wav", Qt::MoveAction), Qt::IgnoreAction) << "its source would delete it";
+  EXPECT_EQ(drag.drop(list, ""), Qt::IgnoreAction);
+  EXPECT_EQ(drag.drop(drag.window, "file:///a/kick.wav"), Qt::IgnoreAction) << "beside the list";
+  EXPECT_TRUE(drag.targeted.empty());
+  EXPECT_EQ(drag.drop(list, "file:///media/card.wav\nfile:///a/kick.wav"), Qt::CopyAction);
+  MainWindow::settle();
+  EXPECT_TRUE(drag.dropped.empty());
+  EXPECT_THAT(drag.opened, ElementsAre("/media/card.wav"));
+  EXPECT_EQ(drag.drop(list, "file:///a/folder.wav"), Qt::CopyAction) << "the import tells what is wrong with it";
+
+  const auto data = dragOf("file:///a/kick.wav");
+  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&list, &enter);
+  QDragLeaveEvent leave;
+  drag.targeted.clear();
+  QApplication::sendEvent(&list, &leave);
+  EXPECT_THAT(drag.targeted, ElementsAre(false));
+
+  QDialog sheet(&drag.window);
+  sheet.setWindowModality(Qt::WindowModal);
+  sheet.show();
+  MainWindow::settle();
+  EXPECT_EQ(drag.drop(list, "file:///a/kick.wav"), Qt::IgnoreAction) << "under a sheet";
+}
+
+}  // namespace
+}  // namespace tamboro::test
