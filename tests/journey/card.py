@@ -1,6 +1,7 @@
 """A card's files as bytes, and what they should be after a journey."""
 
 import re
+import unicodedata
 
 CARD = "Roland/SPD-SX/"  # below the volume that is remembered
 WAVE_LISTS = [f"{CARD}SYSTEM/wavelist_{order}.spd" for order in ("name", "tagname", "tagnum")]
@@ -83,7 +84,7 @@ def differences(expected, actual):
 def what_differs(expected, actual):
     try:
         wanted, found = places(expected), places(actual)
-    except (AttributeError, TypeError, ValueError, TypeError, IndexError):
+    except (AttributeError, TypeError, ValueError, IndexError):
         return ""
     leaves = [
         f"{path} is {found.get(path, (0, 'absent'))[1]} and should be {wanted.get(path, (0, 'absent'))[1]}"
@@ -93,6 +94,39 @@ def what_differs(expected, actual):
     return ": " + ("; ".join(leaves[:6]) if leaves else "in its layout")
 
 
-def with_lists_rebuilt(tree):
-    """A save writes the wave lists again, with plain line feeds; their content is that of before."""
-    return {path: content.replace(b"\r\n", b"\n") if path in WAVE_LISTS else content for path, content in tree.items()}
+def new_sample(text, tag, path):
+    """The parameter file of an imported sample."""
+    leaves = {**name_leaves("Nm", 12, text), "Tag": tag, "Tempo": 1200, "Beat": 4, "Measure": 0, "Start": 0, "End": 0, "Path": path}
+    lines = [f"\t<{element}>{value}</{element}>" for element, value in leaves.items()]
+    return "\n".join(["<WvPrm>", *lines, "</WvPrm>", ""]).encode()
+
+
+def with_lists(tree):
+    """A save writes the three lists of samples anew, from what the sample files say."""
+    samples = []
+    for path, content in tree.items():
+        place = re.fullmatch(CARD + r"WAVE/PRM/(\d\d)/(\d\d)\.spd", path)
+        if place:
+            key = unicodedata.normalize("NFC", name(content, "WvPrm/Nm", 12).lower())
+            samples.append((int(leaf(content, "WvPrm/Tag")), key, int(place[1]) * 100 + int(place[2])))
+    tags = range(tree[f"{CARD}SYSTEM/tag_list.spd"].count(b"<TagPrm>"))
+    by_name = sorted(samples, key=lambda sample: sample[1:])
+    by_number = sorted(samples, key=lambda sample: sample[2])
+    lists = (
+        list_file("WvListSortbyName", [entry(sample, 1) for sample in by_name]),
+        list_file("WvListSortbyName_Tag", [line for tag in tags for line in list_of_tag(by_name, tag)]),
+        list_file("WvListSortbyNum_Tag", [line for tag in tags for line in list_of_tag(by_number, tag)]),
+    )
+    return tree | dict(zip(WAVE_LISTS, lists))
+
+
+def list_file(root, lines):
+    return "\n".join([f"<{root}>", *lines, f"</{root}>", ""]).encode()
+
+
+def list_of_tag(samples, tag):
+    return ["\t<WvList>", *(entry(sample, 2) for sample in samples if sample[0] == tag), "\t</WvList>"]
+
+
+def entry(sample, depth):
+    return f"{chr(9) * depth}<Wv>{sample[2]}</Wv>"

@@ -3,30 +3,12 @@
 import time
 
 
-import pyatspi  # the display is there when a journey is loaded
-from card import CARD, differences, kit, leaf, name_leaves, pad, patched, places, read_tree, sample, with_lists_rebuilt
-from screen import Failure, Window, is_checked, keys, text_of, type_text, wait_for, xdotool
+from card import CARD, differences, kit, leaf, name_leaves, pad, patched, places, read_tree, sample, with_lists
+from screen import Window, is_checked, keys, reveal, text_of, type_text, wait_for
 
 PADS = 15
 DUPLICATE_ENTRY, COPY_ENTRY, PASTE_ENTRY = 1, 2, 3
 EXPORT_ENTRY, DELETE_ENTRY = 5, 6  # with "Paste Pads" above them
-
-
-def reveal(area, thing):
-    """Scrolls until the thing is in sight."""
-
-    def box(part):
-        return part.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-
-    for _ in range(60):
-        outer, inner = box(area), box(thing)
-        is_below = inner.y + inner.height > outer.y + outer.height
-        if not is_below and inner.y >= outer.y:
-            return thing
-        # Beside all controls, for those in use take the wheel.
-        xdotool("mousemove", outer.x + outer.width - 20, outer.y + outer.height // 2, "click", 5 if is_below else 4)
-        time.sleep(0.05)
-    raise Failure(f'"{thing.name}" could not be scrolled into sight')
 
 
 def row(window, beginning):
@@ -163,7 +145,7 @@ def swapped(content, one, other):
 
 def expected_card(before):
     """The card as it should be, but for the copied kit, from what it was and from what was done."""
-    expected = with_lists_rebuilt(before)
+    expected = with_lists(before)
     expected[kit(5)] = patched(before[kit(5)], {f"KitPrm/{cell}": code for cell, code in name_leaves("Nm", 8, "Opener").items()})
     del expected[kit(12)]
     leaves = swapped(before[kit(3)], 1, 4)

@@ -228,6 +228,23 @@ class Window:
             raise Failure(f"the program ended with {status}")
 
 
+def reveal(area, thing):
+    """Scrolls until the thing is in sight."""
+
+    def box(part):
+        return part.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+
+    for _ in range(60):
+        outer, inner = box(area), box(thing)
+        is_below = inner.y + inner.height > outer.y + outer.height
+        if not is_below and inner.y >= outer.y:
+            return thing
+        # Beside all controls, for those in use take the wheel.
+        xdotool("mousemove", outer.x + outer.width - 20, outer.y + outer.height // 2, "click", 5 if is_below else 4)
+        time.sleep(0.05)
+    raise Failure(f'"{thing.name}" could not be scrolled into sight')
+
+
 def text_of(thing):
     text = thing.queryText()
     return text.getText(0, text.characterCount)

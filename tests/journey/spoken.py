@@ -1,7 +1,7 @@
 """Rename, volume and save through the accessibility interface alone: neither mouse nor keyboard, as a screen reader's
 user does it."""
 
-from card import differences, kit, name_leaves, patched, read_tree, with_lists_rebuilt
+from card import differences, kit, name_leaves, patched, read_tree, with_lists
 from screen import Failure, Window, press, wait_for
 
 NAME, VOLUME = "Spoken", 63
@@ -25,5 +25,5 @@ def travel(options, work, volume):
     wait_for("the save", lambda: window.alive() and not window.unsaved())
     window.close()
     leaves = {f"KitPrm/{cell}": code for cell, code in name_leaves("Nm", 8, NAME).items()} | {"KitPrm/Level": VOLUME}
-    expected = with_lists_rebuilt(before) | {kit(2): patched(before[kit(2)], leaves)}
+    expected = with_lists(before) | {kit(2): patched(before[kit(2)], leaves)}
     yield from differences(expected, read_tree(volume))
