@@ -11,16 +11,18 @@
 #include "views/CardLocationPill.h"
 #include "views/ColumnSplitter.h"
 #include "views/FolderDrop.h"
+#include "views/KeyboardShortcutsHelpView.h"
 #include "views/KitEditorView.h"
 #include "views/KitListView.h"
 #include "views/SaveButton.h"
 #include "views/StatusLine.h"
+#include "views/TagListEditorView.h"
+#include "views/WaveBrowserView.h"
 #include "views/WelcomeView.h"
 #include "views/controls/EmptyStatePanel.h"
 #include "views/controls/Labels.h"
 #include "views/controls/QueuedRefresh.h"
 #include "views/controls/Sheet.h"
-#include "views/look/LookStyle.h"
 #include "views/look/Palette.h"
 #include "views/look/Symbols.h"
 
@@ -120,7 +122,8 @@ QWidget* ContentView::makeColumns() {
   // One after another: the order in which they are made is the order of the Tab key.
   QWidget* left = makeColumn(QStringLiteral("kitColumn"), kits, &Look::sidebar, new KitListView(store_, prompts_));
   QWidget* middle = makeMiddle();
-  QWidget* right = makeColumn(QStringLiteral("sampleColumn"), samples, &Look::base, new EmptyStatePanel(samples));
+  QWidget* right =
+      makeColumn(QStringLiteral("sampleColumn"), samples, &Look::base, new WaveBrowserView(store_, player_, prompts_));
   return new ColumnSplitter(left, middle, right);
 }
 
@@ -176,28 +179,24 @@ void ContentView::save() {
   });
 }
 
-Sheet* ContentView::openSheet(const QString& objectName, const QString& title, const QString& closeTitle) {
-  auto* sheet = new Sheet(objectName, title, this);
-  QPushButton* close = sheet->addHeader(title, closeTitle);
-  setControlLook(*close, ControlLook::prominent);
-  close->setDefault(true);
-  sheet->column()->addWidget(new EmptyStatePanel(title));
-  sheet->resize(Look::px(360), Look::px(420));
-  sheet->open();
-  return sheet;
-}
-
 void ContentView::setShowingTagEditor(bool on) {
-  if (on && !tagEditor_)
-    tagEditor_ = openSheet(QStringLiteral("tagEditor"), QStringLiteral("Tags"), QStringLiteral("Done"));
-  if (!on && tagEditor_) tagEditor_->close();
+  if (on && !tagEditor_) {
+    tagEditor_ = new TagListEditorView(store_, this);
+    connect(tagEditor_, &QDialog::finished, this, [this] { tagEditor_.clear(); });
+    tagEditor_->open();
+  } else if (!on && tagEditor_) {
+    tagEditor_->close();
+  }
 }
 
 void ContentView::followShortcutsHelp() {
   if (store_.showingShortcutsHelp() && !shortcutsHelp_) {
-    shortcutsHelp_ =
-        openSheet(QStringLiteral("shortcutsHelp"), QStringLiteral("Keyboard Shortcuts"), QStringLiteral("Done"));
-    connect(shortcutsHelp_, &QDialog::finished, this, [this] { store_.setShowingShortcutsHelp(false); });
+    shortcutsHelp_ = new KeyboardShortcutsHelpView(this);
+    connect(shortcutsHelp_, &QDialog::finished, this, [this] {
+      shortcutsHelp_.clear();  // the closed sheet lives on for a while, and help can be asked for again meanwhile
+      store_.setShowingShortcutsHelp(false);
+    });
+    shortcutsHelp_->open();
   } else if (!store_.showingShortcutsHelp() && shortcutsHelp_) {
     shortcutsHelp_->close();
   }

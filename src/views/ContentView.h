@@ -45,7 +45,6 @@ class ContentView : public QWidget {
   void restore();
   void rememberKit();
   void save();
-  Sheet* openSheet(const QString& objectName, const QString& title, const QString& closeTitle);
   void followShortcutsHelp();
 
   RolandLibrary& store_;

@@ -196,6 +196,15 @@ TEST(AlertSheet, ShowsLongTextsWhole) {
   EXPECT_GE(text->height(), text->heightForWidth(text->width()));
 }
 
+TEST(AlertSheet, KeepsItsButtonsInSightUnderATextOfAThousandLines) {
+  AlertSheet sheet({QStringLiteral("LiveSet1 – pad 1, ").repeated(3000), {}}, nullptr);
+  sheet.setAttribute(Qt::WA_DeleteOnClose, false);
+  sheet.open();
+  const auto* text = sheet.findChild<QLabel*>(QStringLiteral("alertTitle"));
+  EXPECT_LT(sheet.height(), 500);
+  EXPECT_GE(text->height(), text->heightForWidth(text->width())) << "and the text can be scrolled to its end";
+}
+
 TEST(Labels, SpokenKeysNameTheKeysOfThisKeyboard) {
 #ifndef Q_OS_MACOS
   EXPECT_EQ(spokenKeys(QStringLiteral("Redo (⇧⌘Z)")), QStringLiteral("Redo (Ctrl+Shift+Z)"));

@@ -1,6 +1,8 @@
 #include "views/controls/AlertSheet.h"
 
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -17,6 +19,19 @@ int longestWord(const QString& text, const QFontMetrics& metrics) {
   for (const QString& word : text.split(QLatin1Char(' ')))
     longest = std::max(longest, metrics.horizontalAdvance(word));
   return longest;
+}
+
+/// A sound can be used on a thousand pads: the buttons stay on the screen.
+QScrollArea* scroller(QLabel* label, int height) {
+  auto* area = new QScrollArea;
+  area->setObjectName(label->objectName() + QStringLiteral("Area"));
+  area->setAccessibleName(QStringLiteral("Message"));
+  area->setFrameShape(QFrame::NoFrame);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setWidget(label);
+  const int bar = area->verticalScrollBar()->sizeHint().width();
+  area->setFixedSize(label->width() + bar + 4, height);
+  return area;
 }
 
 }  // namespace
@@ -36,7 +51,8 @@ void AlertSheet::addText(const QString& objectName, const QString& text, bool is
                             isHeadline ? textRole::primary : textRole::secondary);
   setWrappedText(*label, text,
                  std::clamp(longestWord(text, QFontMetrics(label->font())) + 4, Look::px(320), Look::px(520)));
-  column()->addWidget(label);
+  const int room = Look::px(320);
+  column()->addWidget(label->height() > room ? scroller(label, room) : static_cast<QWidget*>(label));
 }
 
 void AlertSheet::addButtons(const Alert& alert) {

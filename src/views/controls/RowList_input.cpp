@@ -1,5 +1,6 @@
 // What the mouse and the keyboard do in a list.
 
+#include <QAccessible>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QMetaMethod>

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+#include <tuple>
+
+#include "views/WaveListRules.h"
+#include "views/controls/Prompts.h"
+#include "views/controls/RowModel.h"
+
+class QLabel;
+class QPushButton;
+
+namespace tamboro {
+
+class BatchRenameSheet;
+class ElidedLabel;
+class MenuPicker;
+class RolandLibrary;
+class RowList;
+class SamplePlayer;
+class SearchField;
+class WaveImports;
+
+/// The card's samples: searched, filtered, played, renamed, tagged, imported, and handed to pads.
+class WaveBrowserView : public QWidget {
+  Q_OBJECT
+
+ public:
+  WaveBrowserView(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, QWidget* parent = nullptr);
+
+  const std::set<WaveId>& selection() const { return selection_; }
+
+ private:
+  QWidget* makeFilterBar();
+  QWidget* makeList();
+  QWidget* makeStrip();
+  QVariant value(const RowKey& row, int column, int role) const;
+  QString addHelp() const;
+
+  void refresh();
+  bool refreshTags();
+  void refreshPlaying();
+  void refreshStrip();
+  const std::vector<WaveId>& filteredWaves();
+  void showRows(const std::set<WaveId>& changed);
+  void openLoopSections();
+  void followSelection();
+  void selectionEdited();
+  std::vector<WaveId> selectedWaves() const;
+
+  void cellPressed(const RowKey& row, int column);
+  void activated(const RowKey& row, Qt::Key key);
+  void doubleClicked(const RowKey& row, const QPoint& place);
+  void togglePlaying(WaveId id);
+  void addToPad(WaveId id);
+  void rename(const RowKey& row);
+  void openTagMenu(const RowKey& row);
+  void openMenu(const RowKey& row, const QPoint& position);
+  void toggleLoopSettings(WaveId id);
+  void confirmDelete(WaveId id);
+  void drag(const RowKey& row);
+  void openBatchRename();
+  void chooseImports();
+  void import(std::vector<std::filesystem::path> files);
+  void showImportError();
+
+  RolandLibrary& store_;
+  SamplePlayer& player_;
+  Prompts& prompts_;
+
+  std::optional<std::int64_t> selectedTag_;
+  bool showingImporter_ = false;
+  std::optional<WaveId> deleteCandidate_;
+  std::optional<QString> importError_;  ///< the last failure that no alert has told yet
+  bool showingImportError_ = false;
+  using FilterKey = std::tuple<std::size_t, QString, std::optional<std::int64_t>>;
+  std::optional<std::vector<WaveId>> filteredWavesCache_;
+  FilterKey filteredCacheKey_;
+  std::set<WaveId> selection_;  ///< outlives filtering and the samples themselves
+  std::set<WaveId> showLoopSettings_;
+  WaveRows waves_;
+  std::vector<QString> tagTitles_;
+  std::optional<WaveId> shownPlaying_;
+  QPointer<BatchRenameSheet> batchRename_;
+
+  WaveImports* imports_;
+  SearchField* search_;
+  MenuPicker* tag_;
+  RowList* list_;
+  QLabel* nothing_;
+  QWidget* dropOutline_;
+  ElidedLabel* caption_;
+  QPushButton* renameSelected_;
+};
+
+}  // namespace tamboro

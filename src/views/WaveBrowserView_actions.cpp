@@ -1,0 +1,212 @@
+// What is done to a sample from its row.
+
+#include <QActionGroup>
+#include <QDrag>
+#include <QMenu>
+#include <QMimeData>
+
+#include "audio/SamplePlayer.h"
+#include "library/RolandLibrary.h"
+#include "views/BatchRenameSheet.h"
+#include "views/WaveBrowserView.h"
+#include "views/WaveImports.h"
+#include "views/WaveRowDelegate.h"
+#include "views/controls/Labels.h"
+#include "views/controls/RowList.h"
+
+namespace tamboro {
+
+void WaveBrowserView::cellPressed(const RowKey& row, int column) {
+  switch (column) {
+    case waveColumn::play:
+      return togglePlaying(row.record);
+    case waveColumn::tag:
+      return openTagMenu(row);
+    case waveColumn::add:
+      return addToPad(row.record);
+    case waveColumn::remove:
+      return confirmDelete(row.record);
+    case waveColumn::loop:
+      return toggleLoopSettings(row.record);
+    default:
+      return;
+  }
+}
+
+void WaveBrowserView::activated(const RowKey& row, Qt::Key key) {
+  switch (key) {
+    case Qt::Key_Space:
+      return togglePlaying(row.record);
+    case Qt::Key_Return:
+      return addToPad(row.record);
+    case Qt::Key_F2:
+      return rename(row);
+    default:
+      return confirmDelete(row.record);
+  }
+}
+
+void WaveBrowserView::doubleClicked(const RowKey& row, const QPoint& place) {
+  const QRect cell = list_->cellRect(row, waveColumn::name);
+  const bool isOnName = place.x() >= cell.left() && place.x() <= cell.right();
+  if (isOnName && !list_->editor(row)) rename(row);
+}
+
+void WaveBrowserView::togglePlaying(WaveId id) {
+  if (player_.playingIndex() == id) return player_.stop();
+  const Wave* wave = store_.wave(id);
+  const auto location = wave ? store_.audioURL(*wave) : std::nullopt;
+  if (location) player_.play(*location, id);
+}
+
+void WaveBrowserView::addToPad(WaveId id) {
+  if (const auto slot = store_.selectedKitSlot()) store_.setPadSound(*slot, store_.selectedPadIndex(), id);
+}
+
+void WaveBrowserView::toggleLoopSettings(WaveId id) {
+  if (showLoopSettings_.erase(id) == 0) showLoopSettings_.insert(id);
+  showRows({id});
+}
+
+void WaveBrowserView::rename(const RowKey& row) {
+  const Wave* wave = store_.wave(row.record);
+  QLineEdit* open = list_->editor(row);
+  if (!wave) return;
+  QLineEdit* field = list_->openEditor(row, QString::fromStdString(wave->name()));
+  if (!field || field == open) return;
+  field->setObjectName(QStringLiteral("waveNameField"));
+  field->setAccessibleName(QStringLiteral("Name"));
+  field->setPlaceholderText(QStringLiteral("Name"));
+  connect(field, &QLineEdit::returnPressed, this, [this, row, field] {
+    store_.setWaveName(row.record, field->text().toStdString());
+    list_->closeEditor(row);
+  });
+}
+
+// ---- menus
+
+void WaveBrowserView::openTagMenu(const RowKey& row) {
+  const Wave* wave = store_.wave(row.record);
+  if (!wave || tagTitles_.empty()) return;
+  auto* menu = new QMenu(this);
+  menu->setObjectName(QStringLiteral("waveTagMenu"));
+  menu->setAccessibleName(QStringLiteral("Tag"));
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  auto* group = new QActionGroup(menu);
+  QAction* current = nullptr;
+  for (std::size_t tag = 0; tag < tagTitles_.size(); ++tag) {
+    QString title = tagTitles_[tag];
+    QAction* entry = group->addAction(menu->addAction(title.replace(QLatin1Char('&'), QStringLiteral("&&"))));
+    entry->setCheckable(true);
+    entry->setData(static_cast<qlonglong>(tag));
+    if (static_cast<std::int64_t>(tag) == wave->tag()) (current = entry)->setChecked(true);
+  }
+  connect(group, &QActionGroup::triggered, this, [this, id = row.record](const QAction* entry) {
+    const Wave* chosen = store_.wave(id);
+    const std::int64_t tag = entry->data().toLongLong();
+    if (chosen && chosen->tag() != tag) store_.setWaveTag(id, tag);
+  });
+  // The current tag's entry covers the cell, as in a picker.
+  const QRect cell = list_->cellRect(row, waveColumn::tag);
+  menu->setMinimumWidth(cell.width());
+  menu->popup(list_->viewport()->mapToGlobal(cell.topLeft()), current);
+}
+
+void WaveBrowserView::openMenu(const RowKey& row, const QPoint& position) {
+  const WaveId id = row.record;
+  auto* menu = new QMenu(this);
+  menu->setObjectName(QStringLiteral("waveMenu"));
+  menu->setAccessibleName(QStringLiteral("Sound"));
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->setToolTipsVisible(true);
+  const auto add = [&](const char* objectName, const QString& title, const QString& help, auto run) {
+    QAction* entry = menu->addAction(title);
+    entry->setObjectName(QLatin1String(objectName));
+    entry->setToolTip(help);
+    entry->setWhatsThis(spokenKeys(help));
+    connect(entry, &QAction::triggered, this, run);
+  };
+  add("addToPad", QStringLiteral("Add to Selected Pad"), addHelp(), [this, id] { addToPad(id); });
+  add("copySound", QStringLiteral("Copy Sound"), QStringLiteral("Copy to paste onto another pad later (⌘V)"),
+      [this, id] { store_.setCopiedWaveIndex(id); });
+  add("duplicateSound", QStringLiteral("Duplicate Sound"), QStringLiteral("Make a copy of this sound with a new name"),
+      [this, id] { store_.duplicateWave(id, [](const std::exception_ptr&) {}); });
+  menu->popup(position);
+}
+
+// ---- deleting, dragging, renaming many
+
+void WaveBrowserView::confirmDelete(WaveId id) {
+  const Wave* wave = store_.wave(id);
+  if (!wave || wave->isFactory() || deleteCandidate_) return;
+  deleteCandidate_ = id;
+  const Alert question{.title = waveDeleteTitle(QString::fromStdString(wave->name()), store_.waveUsages(id)),
+                       .text = {},
+                       .buttons = {{QStringLiteral("Delete Sound"), AlertButton::Role::destructive},
+                                   {QStringLiteral("Cancel"), AlertButton::Role::cancel}}};
+  prompts_.alert(this, question, [this, alive = QPointer<WaveBrowserView>(this)](std::size_t button) {
+    if (!alive) return;
+    const WaveId candidate = *std::exchange(deleteCandidate_, std::nullopt);
+    if (button == 0) store_.deleteWave(candidate);
+  });
+}
+
+void WaveBrowserView::drag(const RowKey& row) {
+  const WaveRowValues* wave = waves_.find(row.record);
+  if (!wave) return;
+  auto* payload = new QMimeData;
+  payload->setText(QString::number(wave->id));
+  auto* drag = new QDrag(list_);
+  drag->setMimeData(payload);
+  drag->setPixmap(wavePixmap(wave->name, devicePixelRatioF()));
+  drag->exec(Qt::CopyAction);
+}
+
+void WaveBrowserView::openBatchRename() {
+  if (batchRename_) return;
+  batchRename_ = new BatchRenameSheet(
+      store_, selectedWaves(),
+      [this, alive = QPointer<WaveBrowserView>(this)](std::set<WaveId> selection) {
+        if (!alive) return;
+        selection_ = std::move(selection);
+        followSelection();
+        refreshStrip();
+      },
+      this);
+  batchRename_->open();
+}
+
+// ---- importing
+
+void WaveBrowserView::chooseImports() {
+  if (showingImporter_) return;
+  showingImporter_ = true;
+  const QString audio = QStringLiteral("*.wav *.aif *.aiff *.aifc *.caf *.mp3 *.m4a *.flac *.ogg *.opus *.au");
+  const FilesQuestion question{.title = QStringLiteral("Import Wav"),
+                               .nameFilters = {QStringLiteral("Audio (%1)").arg(audio), QStringLiteral("Wav (*.wav)")}};
+  prompts_.chooseFiles(this, question,
+                       [this, alive = QPointer<WaveBrowserView>(this)](std::vector<std::filesystem::path> files) {
+                         if (!alive) return;
+                         showingImporter_ = false;
+                         import(std::move(files));
+                       });
+}
+
+void WaveBrowserView::import(std::vector<std::filesystem::path> files) {
+  if (!files.empty()) imports_->start(std::move(files), selectedTag_.value_or(0));
+}
+
+void WaveBrowserView::showImportError() {
+  if (showingImportError_ || !importError_) return;
+  showingImportError_ = true;
+  // One alert at a time: a failure while it is up is told by the next one, the last of several.
+  const QString shown = *std::exchange(importError_, std::nullopt);
+  prompts_.alert(this, {.title = QStringLiteral("Couldn't Import"), .text = shown},
+                 [this, alive = QPointer<WaveBrowserView>(this)](std::size_t) {
+                   if (!alive) return;
+                   showingImportError_ = false;
+                   showImportError();
+                 });
+}
+
+}  // namespace tamboro
