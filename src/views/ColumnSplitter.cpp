@@ -10,6 +10,10 @@ namespace tamboro {
 namespace {
 constexpr std::array<int, 3> minimumWidths{190, 520, 400};
 constexpr std::array<int, 3> firstWidths{204, 568, 426};
+
+int narrowest(std::size_t column) {
+  return Look::px(minimumWidths[column]);
+}
 }  // namespace
 
 ColumnSplitter::ColumnSplitter(QWidget* left, QWidget* middle, QWidget* right, QWidget* parent)
@@ -20,7 +24,7 @@ ColumnSplitter::ColumnSplitter(QWidget* left, QWidget* middle, QWidget* right, Q
   for (QWidget* column : {left, middle, right}) {
     const int place = count();
     addWidget(column);
-    column->setMinimumWidth(minimumWidths[static_cast<std::size_t>(place)]);
+    column->setMinimumWidth(narrowest(static_cast<std::size_t>(place)));
     setCollapsible(place, place == 0);
     setStretchFactor(place, place == 1 ? 1 : 0);
     widths << Look::px(firstWidths[static_cast<std::size_t>(place)]);
@@ -36,12 +40,11 @@ ColumnSplitter::ColumnSplitter(QWidget* left, QWidget* middle, QWidget* right, Q
 
 QSize ColumnSplitter::minimumSizeHint() const {
   // Without the left column: it gives way.
-  return QSize(minimumWidths[1] + minimumWidths[2] + 2 * handleWidth(), QSplitter::minimumSizeHint().height());
+  return QSize(narrowest(1) + narrowest(2) + 2 * handleWidth(), QSplitter::minimumSizeHint().height());
 }
 
 void ColumnSplitter::resizeEvent(QResizeEvent* event) {
-  const bool isNarrow =
-      event->size().width() < minimumWidths[0] + minimumWidths[1] + minimumWidths[2] + 2 * handleWidth();
+  const bool isNarrow = event->size().width() < narrowest(0) + narrowest(1) + narrowest(2) + 2 * handleWidth();
   const QList<int> widths = sizes();
   if (isNarrow && widths.first() > 0) {
     beforeCollapse_ = widths;

@@ -2,7 +2,6 @@
 
 #include <QAccessible>
 #include <QFile>
-#include <QLocale>
 #include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -19,14 +18,6 @@
 #include "views/look/Symbols.h"
 
 namespace tamboro {
-
-namespace {
-
-DottedI userDottedI() {
-  return dottedIOfLocale(QLocale().name().toStdString());
-}
-
-}  // namespace
 
 KitListView::KitListView(RolandLibrary& store, Prompts& prompts, QWidget* parent)
     : QWidget(parent), store_(store), prompts_(prompts) {
@@ -172,7 +163,7 @@ void KitListView::selectionEdited() {
 
 void KitListView::doubleClicked(const RowKey& row, const QPoint& place) {
   const QModelIndex index = list_->rows().indexOf(row);
-  if (!index.isValid() || list_->editor(row)) return;
+  if (!index.isValid() || list_->field(row)) return;
   if (delegate_->nameLine(list_->visualRect(index).size(), list_->layoutDirection(), index).contains(place))
     rename(row);
 }
@@ -215,16 +206,16 @@ void KitListView::openMenu(const RowKey& row, const QPoint& position) {
 
 void KitListView::rename(const RowKey& row) {
   const Kit* kit = store_.kit(row.record);
-  QLineEdit* open = list_->editor(row);
+  QLineEdit* open = list_->field(row);
   if (!kit) return;
-  QLineEdit* field = list_->openEditor(row, QString::fromStdString(kit->name()));
+  QLineEdit* field = list_->openField(row, QString::fromStdString(kit->name()));
   if (!field || field == open) return;
   field->setObjectName(QStringLiteral("kitNameField"));
   field->setAccessibleName(QStringLiteral("Kit name"));
   field->setPlaceholderText(QStringLiteral("Kit Name"));
   connect(field, &QLineEdit::returnPressed, this, [this, row, field] {
     store_.setKitName(row.record, field->text().toStdString());
-    list_->closeEditor(row);
+    list_->closeField(row);
   });
 }
 

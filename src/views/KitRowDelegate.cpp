@@ -47,7 +47,7 @@ void paintDot(QPainter& painter, const QRect& place) {
 bool isEditing(const QStyleOptionViewItem& option, const QModelIndex& index) {
   const auto* list = qobject_cast<const RowList*>(option.widget);
   const auto key = list ? list->rows().key(index) : std::nullopt;
-  return key && list->editor(*key);
+  return key && list->field(*key);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QLabel>
-#include <QLocale>
 #include <QPainter>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -39,10 +38,6 @@ RowKey rowOf(WaveId id) {
 
 RowKey detailOf(WaveId id) {
   return {0, id, RowKey::Kind::detail};
-}
-
-DottedI userDottedI() {
-  return dottedIOfLocale(QLocale().name().toStdString());
 }
 
 /// Lies over the list while files hover there.

@@ -49,7 +49,7 @@ void WaveBrowserView::activated(const RowKey& row, Qt::Key key) {
 void WaveBrowserView::doubleClicked(const RowKey& row, const QPoint& place) {
   const QRect cell = list_->cellRect(row, waveColumn::name);
   const bool isOnName = place.x() >= cell.left() && place.x() <= cell.right();
-  if (isOnName && !list_->editor(row)) rename(row);
+  if (isOnName && !list_->field(row)) rename(row);
 }
 
 void WaveBrowserView::togglePlaying(WaveId id) {
@@ -70,16 +70,16 @@ void WaveBrowserView::toggleLoopSettings(WaveId id) {
 
 void WaveBrowserView::rename(const RowKey& row) {
   const Wave* wave = store_.wave(row.record);
-  QLineEdit* open = list_->editor(row);
+  QLineEdit* open = list_->field(row);
   if (!wave) return;
-  QLineEdit* field = list_->openEditor(row, QString::fromStdString(wave->name()));
+  QLineEdit* field = list_->openField(row, QString::fromStdString(wave->name()));
   if (!field || field == open) return;
   field->setObjectName(QStringLiteral("waveNameField"));
   field->setAccessibleName(QStringLiteral("Name"));
   field->setPlaceholderText(QStringLiteral("Name"));
   connect(field, &QLineEdit::returnPressed, this, [this, row, field] {
     store_.setWaveName(row.record, field->text().toStdString());
-    list_->closeEditor(row);
+    list_->closeField(row);
   });
 }
 

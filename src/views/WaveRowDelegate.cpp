@@ -98,7 +98,7 @@ void paintTag(QPainter& painter, const QStyleOptionViewItem& option, const QMode
 bool isEditing(const QStyleOptionViewItem& option, const QModelIndex& index) {
   const auto* list = qobject_cast<const RowList*>(option.widget);
   const auto key = list ? list->rows().key(index) : std::nullopt;
-  return key && list->editor(*key);
+  return key && list->field(*key);
 }
 
 }  // namespace

@@ -162,6 +162,10 @@ TEST(RowList, SelectsSeveralAndStepsOverDetails) {
   rows.list.setSelectedKeys({row(2), row(4)});
   rows.fill(5);
   EXPECT_EQ(rows.selected(), "2 4 ") << "kept across other rows";
+  rows.click(4, 1);
+  rows.fill(3);
+  EXPECT_EQ(rows.selected(), "");
+  EXPECT_EQ(rows.list.currentIndex().row(), 2) << "the keyboard stays near the row that went";
 }
 
 TEST(RowList, DraggingARowLeavesTheSelection) {
@@ -194,6 +198,10 @@ TEST(RowList, DetailsLiveAsLongAsTheirRow) {
   rows.list.setFocus();
   rows.key(Qt::Key_Tab);
   EXPECT_EQ(rows.window.focusWidget(), field) << "next to the list";
+  rows.list.verticalScrollBar()->setValue(600);
+  rows.list.setFocus();
+  rows.key(Qt::Key_Tab);
+  EXPECT_EQ(detail->y(), 0) << "brought into sight";
   rows.list.verticalScrollBar()->setValue(64);
   EXPECT_EQ(detail->y(), 32);
   rows.fill(41, {2});

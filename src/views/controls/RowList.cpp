@@ -14,9 +14,9 @@ namespace tamboro {
 namespace {
 
 /// Keys that the field has no use for must not move the list's selection under it.
-class RowEditor : public QLineEdit {
+class RowField : public QLineEdit {
  public:
-  explicit RowEditor(RowList& list) : QLineEdit(&list), list_(list) {}
+  explicit RowField(RowList& list) : QLineEdit(&list), list_(list) {}
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
@@ -79,22 +79,32 @@ RowList::RowList(RowModel* model, RowDelegate* delegate, QWidget* parent)
 void RowList::setRows(std::vector<RowKey> rows, const std::set<RowKey>& changed) {
   const std::set<RowKey> selected = selectedKeys();
   const auto current = rows_->key(currentIndex());
+  const int row = currentIndex().row();
   const int column = currentIndex().isValid() ? currentIndex().column() : mainColumn_;
   const auto kept = place();
   if (rows_->setRows(std::move(rows), changed)) {
     const QScopedValueRollback filling(isFilling_, true);
     dropWidgetsOfGoneRows();
-    if (current)
-      selectionModel()->setCurrentIndex(rows_->indexOf(*current).siblingAtColumn(column),
-                                        QItemSelectionModel::NoUpdate);
+    if (current) keepKeyboard(*current, row, column);
     setSelectedKeys(selected);
     keepPlace(kept);
     announce(QAccessible::ObjectReorder, {});
+    viewport()->update();
   } else if (QAccessible::isActive()) {
     for (const RowKey& key : changed)
       announce(QAccessible::NameChanged, rows_->indexOf(key));
   }
-  viewport()->update();
+}
+
+/// Where the keyboard's row is gone, its place in the list counts: the row that came up there.
+void RowList::keepKeyboard(const RowKey& key, int row, int column) {
+  QModelIndex index = rows_->indexOf(key).siblingAtColumn(column);
+  if (!index.isValid()) {
+    const int last = std::min(row, rows_->rowCount() - 1);
+    const int below = nearestSelectable(last, 1);
+    index = rows_->index(below >= 0 ? below : nearestSelectable(last, -1), mainColumn_);
+  }
+  selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
 }
 
 void RowList::dropWidgetsOfGoneRows() {
@@ -106,7 +116,7 @@ void RowList::dropWidgetsOfGoneRows() {
     }
     return true;
   };
-  std::erase_if(editors_, drop);
+  std::erase_if(fields_, drop);
   std::erase_if(details_, drop);
 }
 
@@ -190,8 +200,8 @@ void RowList::announce(int event, const QModelIndex& index) {
 }
 
 // Neither tells assistive tools of it as the base does: that knows nothing of the place of a cell among its rows.
-void RowList::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
-  viewport()->update(visualRegionForSelection(selected) | visualRegionForSelection(deselected));
+void RowList::selectionChanged(const QItemSelection& selected, const QItemSelection&) {
+  viewport()->update();  // also the rows that stand for the same record
   if (!selected.isEmpty()) announce(QAccessible::Selection, rows_->index(selected.first().top(), mainColumn_));
   if (!isFilling_) Q_EMIT selectionEdited();
 }
@@ -207,40 +217,40 @@ void RowList::currentChanged(const QModelIndex& current, const QModelIndex& prev
 
 // ---- fields and details over rows
 
-QLineEdit* RowList::openEditor(const RowKey& key, const QString& text) {
+QLineEdit* RowList::openField(const RowKey& key, const QString& text) {
   const QModelIndex index = rows_->indexOf(key);
   if (!index.isValid()) return nullptr;
-  auto& editor = editors_[key];
-  if (!editor) editor = new RowEditor(*this);
-  editor->setText(text);
+  auto& field = fields_[key];
+  if (!field) field = new RowField(*this);
+  field->setText(text);
   reveal(key);
   updateEditorGeometries();
-  editor->show();
-  editor->selectAll();
-  editor->setFocus();
+  field->show();
+  field->selectAll();
+  field->setFocus();
   updateRow(index.row());
-  return editor;
+  return field;
 }
 
-void RowList::closeEditor(const RowKey& key) {
-  const auto place = editors_.find(key);
-  if (place == editors_.end()) return;
-  const QPointer<QLineEdit> editor = place->second;
-  editors_.erase(place);
-  if (editor) {
-    if (editor->hasFocus()) setFocus();
-    editor->hide();
-    editor->deleteLater();
+void RowList::closeField(const RowKey& key) {
+  const auto place = fields_.find(key);
+  if (place == fields_.end()) return;
+  const QPointer<QLineEdit> field = place->second;
+  fields_.erase(place);
+  if (field) {
+    if (field->hasFocus()) setFocus();
+    field->hide();
+    field->deleteLater();
   }
   viewport()->update();
 }
 
-QLineEdit* RowList::editor(const RowKey& key) const {
-  return widgetOf(editors_, key);
+QLineEdit* RowList::field(const RowKey& key) const {
+  return widgetOf(fields_, key);
 }
 
-QList<QLineEdit*> RowList::editors() const {
-  return living(editors_);
+QList<QLineEdit*> RowList::fields() const {
+  return living(fields_);
 }
 
 void RowList::openDetail(const RowKey& key, QWidget* detail) {
@@ -250,10 +260,19 @@ void RowList::openDetail(const RowKey& key, QWidget* detail) {
   detail->show();
   QWidget* before = this;
   for (auto* field : detail->findChildren<QWidget*>()) {
+    field->installEventFilter(this);
     if ((field->focusPolicy() & Qt::TabFocus) == 0) continue;
     setTabOrder(before, field);
     before = field;
   }
+}
+
+/// The keyboard can come to a detail that was scrolled away.
+bool RowList::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn && static_cast<QFocusEvent*>(event)->reason() != Qt::MouseFocusReason)
+    for (const auto& [key, detail] : details_)
+      if (detail && detail->isAncestorOf(static_cast<QWidget*>(watched))) scrollTo(rows_->indexOf(key));
+  return QAbstractItemView::eventFilter(watched, event);
 }
 
 QWidget* RowList::detail(const RowKey& key) const {

@@ -29,10 +29,10 @@ class RowList : public QAbstractItemView {
   void setMainColumn(int column) { mainColumn_ = column; }
 
   /// A field over the row's name. It stays open, wherever the focus goes, until it is closed or its row goes.
-  QLineEdit* openEditor(const RowKey& key, const QString& text);
-  void closeEditor(const RowKey& key);
-  QLineEdit* editor(const RowKey& key) const;
-  QList<QLineEdit*> editors() const;
+  QLineEdit* openField(const RowKey& key, const QString& text);
+  void closeField(const RowKey& key);
+  QLineEdit* field(const RowKey& key) const;
+  QList<QLineEdit*> fields() const;
   /// Takes the widget that fills the detail row; it goes with its row.
   void openDetail(const RowKey& key, QWidget* detail);
   QWidget* detail(const RowKey& key) const;
@@ -89,6 +89,7 @@ class RowList : public QAbstractItemView {
   void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   bool viewportEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   struct Place {
@@ -113,6 +114,7 @@ class RowList : public QAbstractItemView {
   void announce(int event, const QModelIndex& index);
   std::optional<Place> place() const;
   void keepPlace(const std::optional<Place>& place);
+  void keepKeyboard(const RowKey& key, int row, int column);
   void dropWidgetsOfGoneRows();
 
   RowModel* rows_;
@@ -124,7 +126,7 @@ class RowList : public QAbstractItemView {
   std::optional<RowKey> pressed_;
   QPoint pressedPlace_;  ///< from the pressed row's corner
   QPoint pressedPoint_;  ///< in the viewport
-  std::map<RowKey, QPointer<QLineEdit>> editors_;
+  std::map<RowKey, QPointer<QLineEdit>> fields_;
   std::map<RowKey, QPointer<QWidget>> details_;
   mutable std::vector<int> tops_;  ///< each row's upper edge and the last one's lower; empty while unknown
 };

@@ -138,8 +138,8 @@ class ListAccessible : public QAccessibleWidget {
   /// The fields and details over the rows.
   QWidgetList widgets() const {
     QWidgetList found = list_.details();
-    for (QLineEdit* editor : list_.editors())
-      found << editor;
+    for (QLineEdit* field : list_.fields())
+      found << field;
     return found;
   }
   int cellCount() const { return rowsOf(list_).rowCount() * rowsOf(list_).columnCount(); }

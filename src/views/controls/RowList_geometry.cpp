@@ -122,11 +122,11 @@ void RowList::updateGeometries() {
 void RowList::updateEditorGeometries() {
   QStyleOptionViewItem option;
   initViewItemOption(&option);
-  for (const auto& [key, editor] : editors_) {
+  for (const auto& [key, field] : fields_) {
     const QModelIndex index = rows_->indexOf(key);
-    if (!editor || !index.isValid()) continue;
+    if (!field || !index.isValid()) continue;
     option.rect = visualRect(index.siblingAtColumn(mainColumn_));
-    editor->setGeometry(delegate_->editorRect(option, index).translated(viewport()->pos()));
+    field->setGeometry(delegate_->editorRect(option, index).translated(viewport()->pos()));
   }
   for (const auto& [key, detail] : details_) {
     const QModelIndex index = rows_->indexOf(key);

@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QLocale>
 #include <QPainter>
 #include <QToolButton>
 
@@ -57,6 +58,10 @@ SearchField::SearchField(const QString& objectName, const QString& placeholder, 
 
 QString SearchField::text() const {
   return field_->text();
+}
+
+DottedI userDottedI() {
+  return dottedIOfLocale(QLocale().name().toStdString());
 }
 
 }  // namespace tamboro

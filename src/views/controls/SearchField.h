@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include "text/Unicode.h"
+
 class QLineEdit;
 class QToolButton;
 
@@ -23,5 +25,8 @@ class SearchField : public QWidget {
   QLineEdit* field_;
   QToolButton* clear_;
 };
+
+/// How the user's language tells i from dotless i in a search.
+DottedI userDottedI();
 
 }  // namespace tamboro
