@@ -4,30 +4,16 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 
+#include "library/FullCard.h"
 #include "library/LibraryBench.h"
-#include "make_card/CardMaker.h"
 
 namespace tamboro::bench {
 namespace {
 
-namespace fs = std::filesystem;
-
-void writeCard(const Path& root) {
-  fs::create_directories(root / "WAVE/DATA");
-  const CardOptions options{.kits = 100, .samples = 10'000, .audio = Audio::none};
-  makeCard(options, [&](const std::string& path, std::string_view bytes) {
-    const Path file = root / path;
-    fs::create_directories(file.parent_path());
-    if (!std::ofstream(file, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush())
-      std::abort();
-  });
-}
-
 bool run(const Path& place) {
   const Path card = place / "card";
-  writeCard(card);
+  writeCard(card, 100, 10'000);
   // The load comes first: heap that others have freed would hide what it takes.
   bool kept = measureLoad(card, place);
   kept &= measureEdit(card, place);

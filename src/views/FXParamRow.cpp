@@ -2,12 +2,12 @@
 
 #include <QHBoxLayout>
 #include <QSignalBlocker>
-#include <QSlider>
 #include <algorithm>
 
 #include "views/controls/Labels.h"
 #include "views/controls/MenuPicker.h"
 #include "views/controls/TitledRow.h"
+#include "views/controls/ValueSlider.h"
 #include "views/look/LookPaint.h"
 
 namespace tamboro {
@@ -81,12 +81,11 @@ void FXParamRow::addMenu(const FXParamDef::Options& options) {
 }
 
 void FXParamRow::addSlider(std::int64_t lower, std::int64_t upper) {
-  slider_ = new QSlider(Qt::Horizontal);
+  slider_ = new ValueSlider({.lower = static_cast<double>(lower), .upper = static_cast<double>(upper)});
   slider_->setObjectName(objectName() + QStringLiteral("Slider"));
   slider_->setAccessibleName(text(param_.name));
-  slider_->setRange(static_cast<int>(lower), static_cast<int>(upper));
   slider_->setPageStep(std::max(1, static_cast<int>(upper - lower) / 10));
-  connect(slider_, &QSlider::valueChanged, this, [this](int position) { onChange_(position); });
+  connect(slider_, &ValueSlider::valueChanged, this, [this](int position) { onChange_(position); });
   static_cast<QHBoxLayout*>(layout())->addWidget(slider_, 1);
 }
 
@@ -106,6 +105,9 @@ void FXParamRow::addTrailing(std::string_view caption) {
   }
   row->addStretch();
   static_cast<QHBoxLayout*>(layout())->addWidget(trailing_);
+  boundsWidth_ = Look::px(caption_ ? rawBoxWidth : rangeBoxWidth);
+  for (const int bound : {slider_->minimum(), slider_->maximum()})
+    boundsWidth_ = std::max(boundsWidth_, text_->fontMetrics().horizontalAdvance(fxValueText(param_.kind, bound)));
 }
 
 QWidget* FXParamRow::control() const {
@@ -113,22 +115,17 @@ QWidget* FXParamRow::control() const {
 }
 
 void FXParamRow::setValue(std::int64_t value) {
-  value_ = value;
   const int position = fxPosition(param_.kind, value);
   if (menu_) return menu_->setValue(position);
+  // The hand may have put the knob elsewhere while the store kept the value.
+  if (value_ == value && slider_->value() == position) return;
+  value_ = value;
   const QSignalBlocker blocker(slider_);
   slider_->setValue(position);
   const QString shown = fxValueText(param_.kind, value);
   text_->setText(shown);
+  valueWidth_ = std::max(boundsWidth_, text_->fontMetrics().horizontalAdvance(shown));
   slider_->setAccessibleDescription(caption_ ? shown + QStringLiteral(", ") + caption_->text() : shown);
-}
-
-int FXParamRow::valueWidth() const {
-  if (!text_) return 0;
-  int width = Look::px(caption_ ? rawBoxWidth : rangeBoxWidth);
-  for (const std::int64_t value : {std::int64_t{slider_->minimum()}, std::int64_t{slider_->maximum()}, value_})
-    width = std::max(width, text_->fontMetrics().horizontalAdvance(fxValueText(param_.kind, value)));
-  return width;
 }
 
 int FXParamRow::trailingWidth(int valueWidth) const {
@@ -137,7 +134,8 @@ int FXParamRow::trailingWidth(int valueWidth) const {
 
 void FXParamRow::setTrailing(int valueWidth, int trailingWidth) {
   if (!text_) return;
-  text_->setFixedWidth(valueWidth);
+  // Fixed both ways: else each new number would lay the whole column out anew.
+  text_->setFixedSize(valueWidth, text_->fontMetrics().height());
   trailing_->setFixedWidth(trailingWidth);
 }
 

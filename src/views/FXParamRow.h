@@ -3,15 +3,16 @@
 #include <QWidget>
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "model/FXTypeDef.h"
 
 class QLabel;
-class QSlider;
 
 namespace tamboro {
 
 class MenuPicker;
+class ValueSlider;
 
 /// A parameter's number as shown: with its unit behind a blank if it has one, outside its range as it is stored.
 QString fxValueText(const FXParamDef::Kind& kind, std::int64_t value);
@@ -33,7 +34,7 @@ class FXParamRow : public QWidget {
   QWidget* control() const;
 
   /// What stands behind the slider: the box of the number, and how much of the row the box and a caption need.
-  int valueWidth() const;
+  int valueWidth() const { return valueWidth_; }
   int trailingWidth(int valueWidth) const;
   bool hasCaption() const { return caption_ != nullptr; }
   /// Gives all rows of an effect the same room there, so that their sliders end together.
@@ -46,9 +47,11 @@ class FXParamRow : public QWidget {
 
   FXParamDef param_;
   OnChange onChange_;
-  std::int64_t value_ = 0;
+  std::optional<std::int64_t> value_;
+  int boundsWidth_ = 0;  ///< of the numbers at the ends of the range
+  int valueWidth_ = 0;
   MenuPicker* menu_ = nullptr;
-  QSlider* slider_ = nullptr;
+  ValueSlider* slider_ = nullptr;
   QLabel* text_ = nullptr;
   QLabel* caption_ = nullptr;
   QWidget* trailing_ = nullptr;

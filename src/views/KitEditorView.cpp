@@ -11,7 +11,7 @@
 #include "views/controls/QueuedRefresh.h"
 #include "views/controls/Surface.h"
 #include "views/controls/ThrottledSlider.h"
-#include "views/look/Look.h"
+#include "views/look/LookPaint.h"
 
 namespace tamboro {
 
@@ -26,17 +26,24 @@ int overhang(const QWidget& field) {
   return (field.sizeHint().height() - field.fontMetrics().height()) / 2;
 }
 
-/// What follows the pads, under a divider.
-QWidget* makeSection(const QString& objectName, QWidget* content) {
+/// What follows the pads, under a divider. `room` is what the content leaves on all sides for focus rings: what it
+/// shows stands on the column's edge.
+QWidget* makeSection(const QString& objectName, QWidget* content, int room) {
   auto* section = new QWidget;
   section->setObjectName(objectName);
   auto* rows = new QVBoxLayout(section);
-  rows->setContentsMargins(PadGridView::margin(), 0, PadGridView::margin(), Look::px(betweenSections));
-  rows->setSpacing(Look::px(betweenSections));
+  rows->setContentsMargins(0, 0, 0, Look::px(betweenSections) - room);
+  rows->setSpacing(Look::px(betweenSections) - room);
+  const auto addRow = [rows](QWidget* part, int margin) {
+    auto* row = new QHBoxLayout;
+    row->setContentsMargins(margin, 0, margin, 0);
+    row->addWidget(part);
+    rows->addLayout(row);
+  };
   auto* divider = new Surface(&Look::separator);
   divider->setFixedHeight(1);
-  rows->addWidget(divider);
-  rows->addWidget(content);
+  addRow(divider, PadGridView::margin());
+  addRow(content, PadGridView::margin() - room);
   return section;
 }
 
@@ -53,20 +60,19 @@ KitEditorView::KitEditorView(RolandLibrary& store, SamplePlayer& player, Prompts
   column->setContentsMargins(Look::px(padding) - outside, 0, Look::px(padding) - outside, 0);
   column->setSpacing(0);
   column->addWidget(makeHeader());
-  column->addSpacing(Look::px(betweenSections) - outside);
+  column->addSpacing(Look::px(betweenSections) - outside - ringRoom);
   column->addWidget(grid_ = new PadGridView(store, player, prompts));
   column->addSpacing(Look::px(betweenSections) - outside);
   detail_ = new PadDetailView(store, player);
-  column->addWidget(detailSection_ = makeSection(QStringLiteral("padDetailSection"), detail_));
+  column->addWidget(detailSection_ = makeSection(QStringLiteral("padDetailSection"), detail_, 0));
   effects_ = new KitEffectsView(store);
-  column->addWidget(makeSection(QStringLiteral("kitEffectsSection"), effects_));
+  column->addWidget(makeSection(QStringLiteral("kitEffectsSection"), effects_, ringRoom));
   column->addStretch(1);
 
   scroll_ = new QScrollArea;
   scroll_->setObjectName(QStringLiteral("kitScroll"));
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setWidgetResizable(true);
-  scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll_->setWidget(sections_);
   // A click beside everything gives the keyboard to the pads.
   scroll_->setFocusPolicy(Qt::ClickFocus);
@@ -100,8 +106,7 @@ QWidget* KitEditorView::makeHeader() {
     connect(field, &QLineEdit::returnPressed, this, [this] { grid_->setFocus(); });
   volume_ = new ThrottledSlider(QStringLiteral("kitVolume"),
                                 {.title = QStringLiteral("Volume"),
-                                 .lower = 0,
-                                 .upper = 100,
+                                 .scale = {.lower = 0, .upper = 100},
                                  .format = [](double value) { return QString::number(value, 'f', 0); },
                                  .commit =
                                      [this](double value) {
@@ -109,9 +114,7 @@ QWidget* KitEditorView::makeHeader() {
                                      }});
   tempo_ = new ThrottledSlider(QStringLiteral("kitTempo"),
                                {.title = QStringLiteral("Tempo (BPM)"),
-                                .lower = 20,
-                                .upper = 300,
-                                .step = 0.1,
+                                .scale = {.lower = 20, .upper = 300, .ticksPerUnit = 10},
                                 .format = [](double value) { return QString::number(value, 'f', 1); },
                                 .commit =
                                     [this](double value) {
@@ -125,12 +128,12 @@ QWidget* KitEditorView::makeHeader() {
   lines->addWidget(name_);
   lines->addSpacing(std::max(0, Look::px(betweenLines) - overhang(*name_) - overhang(*subName_)));
   lines->addWidget(subName_);
-  lines->addSpacing(std::max(0, Look::px(betweenLines) - overhang(*subName_)));
+  lines->addSpacing(std::max(0, Look::px(betweenLines) - overhang(*subName_) - ringRoom));
   auto* sliders = new QHBoxLayout;
-  sliders->setContentsMargins(PadGridView::margin(), 0, PadGridView::margin(), 0);
-  sliders->setSpacing(Look::px(24));
+  sliders->setContentsMargins(PadGridView::margin() - ringRoom, 0, PadGridView::margin() - ringRoom, 0);
+  sliders->setSpacing(Look::px(24) - 2 * ringRoom);
   for (ThrottledSlider* slider : {volume_, tempo_}) {
-    slider->setMinimumWidth(Look::px(220));
+    slider->setMinimumWidth(Look::px(220) + 2 * ringRoom);
     sliders->addWidget(slider, 1);
   }
   lines->addLayout(sliders);

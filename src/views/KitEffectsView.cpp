@@ -19,8 +19,12 @@ KitEffectsView::KitEffectsView(RolandLibrary& store, QWidget* parent)
   column->setSpacing(Look::px(16) - ringRoom);
   auto* divider = new Surface(&Look::separator);
   divider->setFixedHeight(1);
-  for (QWidget* part : {static_cast<QWidget*>(first_), static_cast<QWidget*>(divider), static_cast<QWidget*>(second_)})
-    column->addWidget(part);
+  auto* dividerRow = new QHBoxLayout;
+  dividerRow->setContentsMargins(ringRoom, 0, ringRoom, 0);
+  dividerRow->addWidget(divider);
+  column->addWidget(first_);
+  column->addLayout(dividerRow);
+  column->addWidget(second_);
   group_ = new DisclosureGroup(QStringLiteral("effects"), QStringLiteral("Effects"), TextStyle::headline, units,
                                Look::px(8));
   auto* rows = new QVBoxLayout(this);

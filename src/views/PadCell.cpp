@@ -56,6 +56,7 @@ void PadCell::refresh() {
   if (name != soundName_ || note != note_) {
     soundName_ = name;
     note_ = note;
+    brokenAt_ = -1;
     setAccessibleName(fromUtf8(padLabel(padIndex_)) + QStringLiteral(", ") +
                       soundName_.value_or(QStringLiteral("no sound")));
     setAccessibleDescription(note_);

@@ -66,7 +66,7 @@ class PadCell : public QAbstractButton {
   void askReset();
   void addExchangeMenu(QMenu& menu);
   void setDropTarget(bool on);
-  QStringList nameLines(int width) const;
+  const QStringList& nameLines(int width) const;
   QColor fill() const;
 
   RolandLibrary& store_;
@@ -81,6 +81,10 @@ class PadCell : public QAbstractButton {
   // As last read.
   std::optional<QString> soundName_;
   QString note_;
+
+  // The name broken for this width; a layout asks for the height again and again.
+  mutable int brokenAt_ = -1;
+  mutable QStringList lines_;
 };
 
 }  // namespace tamboro

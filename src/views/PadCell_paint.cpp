@@ -43,10 +43,14 @@ double drawLine(QPainter& painter, const QRectF& room, double top, const QString
 
 }  // namespace
 
-QStringList PadCell::nameLines(int width) const {
-  const QFontMetricsF metrics(Look::font(TextStyle::padName));
-  return padNameLines(soundName_.value_or(QStringLiteral("—")), width - 2 * padding,
-                      [&](const QString& text) { return metrics.horizontalAdvance(text); });
+const QStringList& PadCell::nameLines(int width) const {
+  if (width != brokenAt_) {
+    const QFontMetricsF metrics(Look::font(TextStyle::padName));
+    lines_ = padNameLines(soundName_.value_or(QStringLiteral("—")), width - 2 * padding,
+                          [&](const QString& text) { return metrics.horizontalAdvance(text); });
+    brokenAt_ = width;
+  }
+  return lines_;
 }
 
 int PadCell::heightForWidth(int width) const {
@@ -75,6 +79,7 @@ void PadCell::paintEvent(QPaintEvent*) {
   const Look& look = Look::current();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
+  painter.setLayoutDirection(Qt::LayoutDirectionAuto);  // each text by itself: mirrored, "[-1]" would read "[1-]"
   const QRectF shape(rect());
   if (isSelected()) {
     paintBox(painter, shape, radius, fill(), paletteRed, 2.5);

@@ -59,6 +59,11 @@ QPushButton* makeButton(const QString& objectName, const QString& title, const Q
   return button;
 }
 
+/// Setting a role repaints the label and all that follows its palette, also when it is the same one.
+void setRole(QLabel& label, QPalette::ColorRole role) {
+  if (label.foregroundRole() != role) label.setForegroundRole(role);
+}
+
 QString nameOf(const Wave& wave) {
   return QString::fromStdString(wave.name());
 }
@@ -135,33 +140,33 @@ QWidget* PadDetailView::makeSoundRow() {
   fills_.emplace_back([this, name](const Pad& pad) {
     const Wave* wave = waveOf(pad);
     name->setText(wave ? nameOf(*wave) : QStringLiteral("(none)"));
-    name->setForegroundRole(wave ? textRole::primary : textRole::secondary);
+    setRole(*name, wave ? textRole::primary : textRole::secondary);
   });
   return makeTitledRow(QStringLiteral("Sound"), name, leadingTitleWidth());
 }
 
 QWidget* PadDetailView::makeVolume(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
                                    RealSetter setter) {
-  return makeSlider(objectName, title, leaf, setter,
+  return makeSlider(objectName, title, leaf, 0, setter,
                     [](double value) { return QString::number(static_cast<qint64>(truncated(value))); });
 }
 
 QWidget* PadDetailView::makePan(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
                                 RealSetter setter) {
-  return makeSlider(objectName, title, leaf, setter,
+  return makeSlider(objectName, title, leaf, leaf.fallback, setter,
                     [](double value) { return QString::fromStdString(panText(truncated(value))); });
 }
 
 QWidget* PadDetailView::makeSlider(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
-                                   RealSetter setter, std::function<QString(double)> format) {
+                                   std::int64_t zero, RealSetter setter, std::function<QString(double)> format) {
   auto* slider = new ThrottledSlider(objectName, {.title = title,
-                                                  .lower = static_cast<double>(leaf.lower),
-                                                  .upper = static_cast<double>(leaf.upper),
+                                                  .scale = {.lower = static_cast<double>(leaf.lower),
+                                                            .upper = static_cast<double>(leaf.upper),
+                                                            .zero = static_cast<double>(zero)},
                                                   .format = std::move(format),
                                                   .commit = [this, setter](double value) {
                                                     commit([&] { (store_.*setter)(kitSlot_, padIndex_, value); });
                                                   }});
-  slider->setContentsMargins(ringRoom, ringRoom, ringRoom, ringRoom);
   sliders_.push_back(slider);
   fills_.emplace_back([slider, leaf](const Pad& pad) { slider->setValue(static_cast<double>(leaf.read(pad.node))); });
   return slider;
@@ -285,7 +290,7 @@ QWidget* PadDetailView::makeSub() {
   auto* name = makeLabel(QStringLiteral("subSound"), {}, TextStyle::body);
   fills_.emplace_back([this, name](const Pad& pad) {
     name->setText(subSoundText(store_, pad.subWave()));
-    name->setForegroundRole(pad.subWave() >= 0 ? textRole::primary : textRole::secondary);
+    setRole(*name, pad.subWave() >= 0 ? textRole::primary : textRole::secondary);
   });
   lines->addWidget(makeTitledRow(QStringLiteral("Sub Sound"), name, leadingTitleWidth()));
   lines->addWidget(makeVolume(QStringLiteral("subVolume"), QStringLiteral("Sub Volume"), elements::subWaveLevel,
@@ -336,7 +341,9 @@ void PadDetailView::refreshPlay() {
   const Wave* wave = waveOf(pad());
   const bool isPlaying = wave && player_.playingIndex() == wave->id();
   play_->setVisible(wave && store_.audioURL(*wave));
-  play_->setText(isPlaying ? QStringLiteral("Stop") : QStringLiteral("Play"));
+  const QString title = isPlaying ? QStringLiteral("Stop") : QStringLiteral("Play");
+  if (play_->text() == title) return;  // another icon would lay the view out anew at each refresh
+  play_->setText(title);
   play_->setIcon(symbolIcon(isPlaying ? QStringLiteral("stop.fill") : QStringLiteral("play.fill")));
 }
 

@@ -44,7 +44,7 @@ class PadDetailView : public QWidget {
   QWidget* makePan(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
                    RealSetter setter);
   QWidget* makeSlider(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
-                      RealSetter setter, std::function<QString(double)> format);
+                      std::int64_t zero, RealSetter setter, std::function<QString(double)> format);
   QWidget* makeMuteGroup();
   QWidget* makeNote();
   QWidget* makeGrid();

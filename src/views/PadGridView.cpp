@@ -32,7 +32,8 @@ PadGridView::PadGridView(RolandLibrary& store, SamplePlayer& player, Prompts& pr
   setObjectName(QStringLiteral("padGrid"));
   setAccessibleName(QStringLiteral("Pads"));
   setFocusPolicy(Qt::StrongFocus);
-  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  // Not fixed: that would hold it to the height at its preferred width, and narrow pads break names.
+  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
   const auto makeCells = [&](int end) {
@@ -68,9 +69,19 @@ void PadGridView::setKit(Slot slot) {
 void PadGridView::refresh() {
   const PadCell* before = selectedCell();
   const Kit* kit = store_.kit(kitSlot_);
-  groups_ = padLayout(kit ? kit->padCount() : 0);
-  for (PadCell* cell : cells_) {
+  const int count = kit ? kit->padCount() : 0;
+  for (PadCell* cell : cells_)
     cell->refresh();
+  if (count != padCount_) showGroups(count);
+  if (selectedCell() == before) return;
+  update();  // the ring
+  tellFocus();
+}
+
+void PadGridView::showGroups(int padCount) {
+  padCount_ = padCount;
+  groups_ = padLayout(padCount);
+  for (PadCell* cell : cells_) {
     const int index = cell->padIndex();
     cell->setVisible(groups_.main.contains(index) || groups_.triggers.contains(index) ||
                      groups_.footswitches.contains(index));
@@ -80,7 +91,6 @@ void PadGridView::refresh() {
   updateGeometry();
   placeAll();
   update();
-  if (selectedCell() != before) tellFocus();
 }
 
 PadCell* PadGridView::selectedCell() const {
@@ -166,7 +176,7 @@ bool PadGridView::move(int key) {
   if (const auto target = padAfterMove(store_.selectedPadIndex(), found->second)) {
     PadCell* cell = cells_[static_cast<std::size_t>(*target)];
     cell->selectWithPreview();
-    Q_EMIT walkedTo(cell);
+    if (!cell->isHidden()) Q_EMIT walkedTo(cell);
   }
   return true;
 }

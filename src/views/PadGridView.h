@@ -51,6 +51,7 @@ class PadGridView : public QWidget {
     std::vector<std::pair<QWidget*, QRect>> places;
     int height = 0;
   };
+  void showGroups(int padCount);
   Arrangement arrange(int width) const;
   void placeAll();
   bool move(int key);
@@ -59,6 +60,7 @@ class PadGridView : public QWidget {
   RolandLibrary& store_;
 
   Slot kitSlot_ = 0;
+  int padCount_ = -1;  ///< for which the groups stand
   PadLayout groups_;
 
   std::vector<PadCell*> cells_;  // of every place there can be, those that the kit hasn't got hidden

@@ -49,6 +49,9 @@ void SaveButton::resizeEvent(QResizeEvent* event) {
 void SaveButton::follow() {
   const bool hasChanges = store_.hasUnsavedChanges();
   const bool isBusy = store_.isExporting();
+  const std::pair state(hasChanges, isBusy);
+  if (shown_ == state) return;  // another icon would lay the window out anew at each edit
+  shown_ = state;
   setEnabled(hasChanges && !isBusy);
   setControlLook(*this, hasChanges && !isBusy ? ControlLook::unsaved : ControlLook::ordinary);
   setText(isBusy ? QString() : hasChanges ? QStringLiteral("Save ●") : QStringLiteral("Save"));

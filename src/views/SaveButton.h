@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QPushButton>
+#include <optional>
+#include <utility>
 
 namespace tamboro {
 
@@ -24,6 +26,7 @@ class SaveButton : public QPushButton {
   void follow();
 
   RolandLibrary& store_;
+  std::optional<std::pair<bool, bool>> shown_;  ///< has changes, is busy
   BusyIndicator* busy_;
 };
 

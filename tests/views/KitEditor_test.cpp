@@ -2,13 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
 #include <QWheelEvent>
 
+#include "views/controls/DisclosureGroup.h"
 #include "views/controls/EditField.h"
+#include "views/controls/ElidedLabel.h"
 #include "views/controls/ThrottledSlider.h"
+#include "views/look/LookPaint.h"
 
 namespace tamboro::test {
 namespace {
@@ -36,6 +40,10 @@ TEST(KitEditorView, FieldsWriteAtEachChangeAndShowWhatWasStored) {
   QTest::keyClick(&subName, Qt::Key_Backspace);
   EXPECT_EQ(main.library.kit(1)->subName(), "");
   EXPECT_EQ(subName.placeholderText(), QStringLiteral("Subtitle"));
+  main.library.setKitName(1, "");
+  main.settle();
+  EXPECT_EQ(name.text(), QString());
+  EXPECT_EQ(name.placeholderText(), QStringLiteral("Kit Name"));
 }
 
 TEST(KitEditorView, ARefreshKeepsCursorSelectionAndComposition) {
@@ -93,6 +101,18 @@ TEST(KitEditorView, LookingAtOddKitsChangesNothing) {
   EXPECT_FALSE(main.library.hasUnsavedChanges());
   EXPECT_FALSE(main.library.undoManager().canUndo());
   EXPECT_EQ(main.find<QSlider>("kitVolumeSlider").value(), 100);
+  main.select(21);
+  EXPECT_TRUE(main.find<ElidedLabel>("kitTempoValue").shownText().endsWith(QChar(0x2026))) << "no digit cut silently";
+}
+
+TEST(KitEditorView, NamesStandOnTheColumnsEdgeWhicheverWayTheyRun) {
+  Tree card = sampleCard();
+  card["KIT/kit020.spd"] = kitFile(1, "<PadPrm/>", nameCells("Nm", U"תופים"));
+  KitEditor main(20, card);
+  auto& name = main.find<QLineEdit>("kitName");
+  EXPECT_EQ(name.alignment() & Qt::AlignHorizontal_Mask, Qt::AlignLeft | Qt::AlignAbsolute);
+  main.window.setLayoutDirection(Qt::RightToLeft);
+  EXPECT_EQ(name.alignment() & Qt::AlignHorizontal_Mask, Qt::AlignRight | Qt::AlignAbsolute);
 }
 
 TEST(KitEditorView, AppearingKeepsThePadAndAChangeOfKitStartsAtTheFirst) {
@@ -127,6 +147,46 @@ TEST(KitEditorView, SlidersEditTheKit) {
   main.library.undoManager().undo();
   main.settle();
   EXPECT_EQ(main.text("kitVolumeValue"), "80");
+}
+
+TEST(KitEditorView, EverySectionStandsOnTheColumnsEdgeWithRoomForRings) {
+  KitEditor main;
+  main.find<DisclosureGroup>("effects").setExpanded(true);
+  main.settle();
+  const QWidget& column = main.find("kitSections");
+  const auto left = [&](const char* name) { return main.find(name).mapTo(&column, QPoint()).x(); };
+  const int edge = left("pad0");
+  for (const char* plain : {"kitVolumeTitle", "triggerHeading", "padDetail"})
+    EXPECT_EQ(left(plain), edge) << plain;
+  for (const char* ringed : {"kitVolumeSlider", "fx1Switch", "effectsTitle"})
+    EXPECT_EQ(left(ringed), edge - ringRoom) << ringed;
+  const QWidget& track = main.find("kitVolumeSlider");
+  EXPECT_TRUE(track.parentWidget()->rect().contains(track.geometry())) << "the ring would be cut";
+}
+
+TEST(KitEditorView, SlidersSpeakAndTakeTheShownNumbers) {
+  KitEditor main;
+  const auto spoken = [&](const char* name) {
+    return QAccessible::queryAccessibleInterface(&main.find(name))->valueInterface();
+  };
+  QAccessibleValueInterface* tempo = spoken("kitTempoSlider");
+  EXPECT_EQ(tempo->currentValue().toDouble(), 120.5);
+  EXPECT_EQ(tempo->minimumValue().toDouble(), 20);
+  EXPECT_EQ(tempo->maximumValue().toDouble(), 300);
+  EXPECT_EQ(tempo->minimumStepSize().toDouble(), 0.1);
+  tempo->setCurrentValue(98.76);
+  EXPECT_EQ(main.library.kit(1)->tempoBPM(), 98.8);
+  tempo->setCurrentValue(QStringLiteral("fast"));
+  tempo->setCurrentValue(std::numeric_limits<double>::quiet_NaN());
+  EXPECT_EQ(main.library.kit(1)->tempoBPM(), 98.8);
+  tempo->setCurrentValue(1e30);
+  EXPECT_EQ(main.library.kit(1)->tempoBPM(), 300);
+  QAccessibleValueInterface* pan = spoken("padPanSlider");
+  EXPECT_EQ(pan->currentValue().toDouble(), 0) << "centre";
+  EXPECT_EQ(pan->minimumValue().toDouble(), -15);
+  pan->setCurrentValue(-3);
+  EXPECT_EQ(main.elementText(0, "WvPan"), "12");
+  EXPECT_EQ(main.text("padPanValue"), "L3");
 }
 
 /// A slider over 0 to 100 that lists what it reports.
@@ -171,6 +231,20 @@ TEST(ThrottledSlider, ReportsOnceADrag) {
   ASSERT_EQ(s.commits.size(), 1U);
   EXPECT_NEAR(s.commits[0], 90, 2);
   EXPECT_EQ(s.slider.liveValue(), std::nullopt);
+}
+
+TEST(ThrottledSlider, APressAnywhereOnTheKnobLeavesItAndAMoveGoesOnFromThere) {
+  Slider s;
+  const QPoint offCentre(5, 0);
+  QTest::mousePress(&s.track, Qt::LeftButton, {}, s.at(50) + offCentre);
+  EXPECT_EQ(s.track.value(), 50);
+  QTest::mouseRelease(&s.track, Qt::LeftButton, {}, s.at(50) + offCentre);
+  EXPECT_EQ(s.commits.size(), 0U);
+  QTest::mousePress(&s.track, Qt::LeftButton, {}, s.at(50) + offCentre);
+  QTest::mouseMove(&s.track, s.at(80) + offCentre);
+  s.release(80);
+  ASSERT_EQ(s.commits.size(), 1U);
+  EXPECT_NEAR(s.commits[0], 80, 1);
 }
 
 TEST(ThrottledSlider, ReportsADragBackToTheSameValueAndAPressOnTheGrooveOnce) {

@@ -14,6 +14,7 @@
 #include "views/SetAllPadSheet.h"
 #include "views/controls/DisclosureGroup.h"
 #include "views/controls/RawEnumPicker.h"
+#include "views/look/LookPaint.h"
 
 namespace tamboro::test {
 namespace {
@@ -230,7 +231,9 @@ TEST_F(PadDetail, SheetAppliesTheTickedSettings) {
     if (time == 0) {
       boxes.front()->click();
       EXPECT_FALSE(apply.isEnabled());
-      find<QPushButton>("cancelButton", &sheet).click();
+      auto& cancel = find<QPushButton>("cancelButton", &sheet);
+      EXPECT_EQ(apply.x() - cancel.geometry().right() - 1 + 2 * ringRoom, Look::px(8));
+      cancel.click();
       EXPECT_EQ(pad().level(), 90);
     } else {
       QTest::keyClick(&sheet, Qt::Key_Return);
@@ -245,6 +248,15 @@ TEST_F(PadDetail, SheetAppliesTheTickedSettings) {
   store.library.undoManager().undo();
   EXPECT_EQ(pad(rock, 12).level(), 90);
   EXPECT_EQ(pad(rock, 0).level(), 90) << "one step for all pads";
+}
+
+TEST_F(PadDetail, CaptionsStandAtTheLeadingEdge) {
+  const auto side = [&](const char* name) { return find<QLabel>(name).alignment() & Qt::AlignHorizontal_Mask; };
+  for (const auto& [direction, edge] : {std::pair{Qt::LeftToRight, Qt::AlignLeft}, {Qt::RightToLeft, Qt::AlignRight}}) {
+    view.setLayoutDirection(direction);
+    for (const char* name : {"padTitle", "padSoundTitle", "padVolumeTitle", "outputMenuTitle"})
+      EXPECT_EQ(side(name), edge | Qt::AlignAbsolute) << name;
+  }
 }
 
 TEST_F(PadDetail, ControlsAreNamedForAssistiveTools) {

@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QPushButton>
 
 #include "views/KitEditor.h"
 #include "views/PadGridMoves.h"
@@ -88,6 +89,29 @@ TEST(PadGrid, ShowsTheGroupsThatAKitHas) {
     EXPECT_EQ(main.pad(index).x(), first.x()) << "groups stand on the same edges";
   EXPECT_EQ(main.pad(12).geometry().right(), main.find("padGrid").width() - 9);
   EXPECT_EQ(main.pad(8).accessibleDescription(), QStringLiteral("[-1] C4 (middle C)"));
+}
+
+TEST(PadGrid, GrowsWithNamesThatBreakInANarrowColumnOnly) {
+  Tree card = sampleCard();
+  std::string pads;
+  // One length for each row: whatever the font, some row is higher here than at the preferred width.
+  for (int index = 0; index < 15; ++index)
+    pads += "<PadPrm><Wv>" + std::to_string(300 + index / 3) + "</Wv></PadPrm>\n";
+  for (std::size_t row = 0; row < 5; ++row)
+    card["WAVE/PRM/03/0" + std::to_string(row) + ".spd"] =
+        "<WvPrm>" + nameCells("Nm", std::u32string(8 + row, U'M')) + "</WvPrm>";
+  card["KIT/kit020.spd"] = "<KitPrm>\n" + pads + "</KitPrm>\n";
+  KitEditor main(20, card);
+  EXPECT_EQ(main.pad(0).accessibleName(), QStringLiteral("Pad 1, MMMMMMMM"));
+  EXPECT_GE(main.find("padGrid").height(), main.pad(14).geometry().bottom() + 9);
+}
+
+TEST(PadGrid, AMirroredWindowTurnsNoTextRound) {
+  KitEditor main;
+  const QImage before = main.pad(2).grab().toImage();
+  main.window.setLayoutDirection(Qt::RightToLeft);
+  main.settle();
+  EXPECT_EQ(main.pad(2).grab().toImage(), before) << "[-1] D4";
 }
 
 TEST(PadGrid, APadIsAButtonThatTellsSoundAndNote) {
@@ -192,6 +216,26 @@ TEST_F(Preview, DoubleClickAndArrowsPlayWhereAClickDoesNot) {
   main_.key(Qt::Key_Left);
   main_.key(Qt::Key_Left);
   EXPECT_EQ(played(), 205) << "no toggle: a second press restarts";
+}
+
+TEST_F(Preview, ThePadsButtonStopsWhatItPlays) {
+  auto& button = main_.find<QPushButton>("playButton");
+  EXPECT_EQ(button.text(), QStringLiteral("Play"));
+  button.click();
+  EXPECT_EQ(main_.player.playingIndex(), 205);
+  EXPECT_EQ(button.text(), QStringLiteral("Stop"));
+  button.click();
+  EXPECT_EQ(main_.player.playingIndex(), std::nullopt);
+  EXPECT_EQ(button.text(), QStringLiteral("Play"));
+  button.click();
+  QTest::mouseClick(&main_.pad(2), Qt::LeftButton);  // without a sound
+  main_.settle();
+  EXPECT_TRUE(button.isHidden());
+  QTest::mouseClick(&main_.pad(0), Qt::LeftButton);
+  main_.settle();
+  EXPECT_EQ(button.text(), QStringLiteral("Stop")) << "it plays on";
+  main_.player.stop();
+  EXPECT_EQ(button.text(), QStringLiteral("Play")) << "also where the sound ends by itself";
 }
 
 std::string rows(const QMenu& menu) {

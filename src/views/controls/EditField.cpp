@@ -2,6 +2,7 @@
 
 #include <QInputMethodEvent>
 #include <QSignalBlocker>
+#include <QStyle>
 
 #include "views/look/LookStyle.h"
 
@@ -13,7 +14,9 @@ EditField::EditField(const QString& objectName, const QString& placeholder, Text
   setAccessibleName(placeholder);
   setPlaceholderText(placeholder);
   setControlLook(*this, ControlLook::quiet);
-  connect(this, &QLineEdit::textEdited, this, [this](const QString& typed) {
+  align();
+  // Not textEdited: what assistive tools put in comes without it, and a refresh is blocked.
+  connect(this, &QLineEdit::textChanged, this, [this](const QString& typed) {
     stored_.write(typed);
     refresh();
   });
@@ -49,6 +52,12 @@ void EditField::changeEvent(QEvent* event) {
   QLineEdit::changeEvent(event);
   // A colour of one's own doesn't follow the application from light to dark.
   if (event->type() == QEvent::PaletteChange) takeColour();
+  if (event->type() == QEvent::LayoutDirectionChange) align();
+}
+
+/// On the column's edge also where the text runs the other way: it is a title as long as nobody types in it.
+void EditField::align() {
+  setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter));
 }
 
 void EditField::inputMethodEvent(QInputMethodEvent* event) {

@@ -30,6 +30,7 @@ class EditField : public QLineEdit {
 
  private:
   void takeColour();
+  void align();
 
   Text stored_;
   QColor Look::*colour_ = nullptr;

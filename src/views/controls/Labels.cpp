@@ -1,12 +1,35 @@
 #include "views/controls/Labels.h"
 
+#include <QEvent>
+#include <QStyle>
 #include <algorithm>
 
 namespace tamboro {
 
+namespace {
+
+/// Stands at the leading edge of its place. The toolkit's own goes by the direction of the text instead, so that an
+/// English caption would part from its control in a mirrored layout.
+class LeadingLabel : public QLabel {
+ public:
+  LeadingLabel(const QString& text, QWidget* parent) : QLabel(text, parent) { align(); }
+
+ protected:
+  void changeEvent(QEvent* event) override {
+    QLabel::changeEvent(event);
+    // Only as long as nobody gave it another alignment.
+    if (event->type() == QEvent::LayoutDirectionChange && alignment() & Qt::AlignAbsolute) align();
+  }
+
+ private:
+  void align() { setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter)); }
+};
+
+}  // namespace
+
 QLabel* makeLabel(const QString& objectName, const QString& text, TextStyle style, QPalette::ColorRole role,
                   QWidget* parent) {
-  auto* label = new QLabel(text, parent);
+  auto* label = new LeadingLabel(text, parent);
   label->setObjectName(objectName);
   label->setTextFormat(Qt::PlainText);
   label->setFont(Look::font(style));

@@ -58,6 +58,7 @@ QPushButton* Sheet::addHeader(const QString& title, const QString& closeTitle) {
 QPushButton* Sheet::addButton(const QString& title) {
   if (!buttons_) {
     buttons_ = new QHBoxLayout;
+    buttons_->setSpacing(Look::px(8));  // else the column's
     buttons_->addStretch();
     column_->addLayout(buttons_);
   }

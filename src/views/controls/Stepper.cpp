@@ -143,7 +143,7 @@ int Stepper::textWidth() const {
 
 QSize Stepper::sizeHint() const {
   const int height = std::max(Look::px(26), fontMetrics().height());
-  return QSize(textWidth() + halvesGap + Look::px(18) + ringRoom, height + 2 * ringRoom);
+  return {textWidth() + halvesGap + Look::px(18) + ringRoom, height + 2 * ringRoom};
 }
 
 QRect Stepper::halves() const {

@@ -5,16 +5,17 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
 
+#include "views/controls/ElidedLabel.h"
 #include "views/controls/Labels.h"
+#include "views/controls/TitledRow.h"
 
 namespace tamboro {
 
 /// Tells a hand's movements from steps: the press on the groove moves the knob before the slider counts as down.
-class ThrottledSlider::Track : public QSlider {
+class ThrottledSlider::Track : public ValueSlider {
  public:
-  Track() : QSlider(Qt::Horizontal) {}
+  using ValueSlider::ValueSlider;
 
   bool isHeld = false;
   std::function<void()> letGo;
@@ -22,23 +23,22 @@ class ThrottledSlider::Track : public QSlider {
  protected:
   void mousePressEvent(QMouseEvent* event) override {
     isHeld = isHeld || event->button() == Qt::LeftButton;
-    QSlider::mousePressEvent(event);
+    ValueSlider::mousePressEvent(event);
   }
   void mouseMoveEvent(QMouseEvent* event) override {
-    if (isHeld) QSlider::mouseMoveEvent(event);  // else the drag was dropped, the button is only still down
+    if (isHeld) ValueSlider::mouseMoveEvent(event);  // else the drag was dropped, the button is only still down
   }
   void mouseReleaseEvent(QMouseEvent* event) override {
-    QSlider::mouseReleaseEvent(event);
+    ValueSlider::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton && std::exchange(isHeld, false)) letGo();
   }
 };
 
 ThrottledSlider::ThrottledSlider(const QString& objectName, Setup setup, QWidget* parent)
-    : QWidget(parent), setup_(std::move(setup)), track_(new Track) {
+    : QWidget(parent), setup_(std::move(setup)), track_(new Track(setup_.scale)) {
   setObjectName(objectName);
   track_->setObjectName(objectName + QStringLiteral("Slider"));
   track_->setAccessibleName(setup_.title);
-  track_->setRange(0, static_cast<int>(std::lround((setup_.upper - setup_.lower) / setup_.step)));
   track_->setSingleStep(1);
   track_->setPageStep(10);
   track_->letGo = [this] { released(); };
@@ -46,10 +46,14 @@ ThrottledSlider::ThrottledSlider(const QString& objectName, Setup setup, QWidget
 
   auto* title = makeLabel(objectName + QStringLiteral("Title"), setup_.title, TextStyle::caption, textRole::secondary);
   title->setBuddy(track_);
-  text_ = makeLabel(objectName + QStringLiteral("Value"), {}, TextStyle::caption);
+  text_ = new ElidedLabel(Qt::ElideRight);
+  text_->setObjectName(objectName + QStringLiteral("Value"));
   text_->setFont(Look::monospaced(TextStyle::caption));
-  text_->setFixedWidth(std::max(Look::px(70), text_->fontMetrics().horizontalAdvance(QStringLiteral("CENTER"))));
+  // Fixed both ways: else each new number would lay out anew what the slider stands in.
+  text_->setFixedSize(std::max(Look::px(70), text_->fontMetrics().horizontalAdvance(QStringLiteral("CENTER"))),
+                      text_->fontMetrics().height());
   auto* column = new QVBoxLayout(this);
+  leaveRingRoom(*column);
   column->setSpacing(2);
   column->addWidget(title);
   auto* row = new QHBoxLayout;
@@ -73,7 +77,7 @@ void ThrottledSlider::cancelDrag() {
 }
 
 void ThrottledSlider::moved(int ticks) {
-  liveValue_ = valueAt(ticks);
+  liveValue_ = track_->valueAt(ticks);
   if (track_->isHeld) {
     refresh();
   } else {
@@ -95,8 +99,7 @@ void ThrottledSlider::refresh() {
   track_->setAccessibleDescription(text);
   if (track_->isHeld) return;
   const QSignalBlocker blocker(track_);
-  track_->setValue(
-      static_cast<int>(std::lround((std::clamp(value_, setup_.lower, setup_.upper) - setup_.lower) / setup_.step)));
+  track_->setValue(track_->tickOf(value_));
 }
 
 }  // namespace tamboro

@@ -1,26 +1,25 @@
 #pragma once
 
-#include <QSlider>
 #include <QWidget>
 #include <functional>
 #include <optional>
 
-class QLabel;
+#include "views/controls/ValueSlider.h"
 
 namespace tamboro {
 
+class ElidedLabel;
+
 /// A titled slider with its value as text. It reports one value a drag, when the user lets go, and one a step of the
 /// keyboard or the wheel. A stored value outside the range is shown as text, stands at the nearer end and is left as it
-/// is. The slider takes the wheel only with the focus.
+/// is. The slider takes the wheel only with the focus. Leaves room for the knob's focus ring on all sides.
 class ThrottledSlider : public QWidget {
   Q_OBJECT
 
  public:
   struct Setup {
     QString title;
-    double lower = 0;
-    double upper = 100;
-    double step = 1;
+    ValueSlider::Scale scale = {};
     std::function<QString(double)> format;
     std::function<void(double)> commit;
   };
@@ -40,13 +39,12 @@ class ThrottledSlider : public QWidget {
   void moved(int ticks);
   void released();
   void refresh();
-  double valueAt(int ticks) const { return setup_.lower + ticks * setup_.step; }
 
   Setup setup_;
   double value_ = 0;
   std::optional<double> liveValue_;
   Track* track_;
-  QLabel* text_;
+  ElidedLabel* text_;
 };
 
 }  // namespace tamboro

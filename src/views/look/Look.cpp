@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 
 namespace tamboro {
 
@@ -17,9 +18,14 @@ QColor rgb(unsigned value) {
   return QColor::fromRgb(value);
 }
 
+constexpr std::size_t styleCount = static_cast<std::size_t>(TextStyle::padNote) + 1;
+
 struct Fonts {
   QFont body;
   QFont monospaced;
+  // Made once: a new font looks its engine up at the first question, which painting would pay for at each text.
+  std::array<std::optional<QFont>, styleCount> styles;
+  std::array<std::optional<QFont>, styleCount> monospacedStyles;
   double bodyPx = 13;
   double scale = 1;
 };
@@ -211,6 +217,7 @@ QPalette Look::palette() const {
 
 void Look::takeFonts(const QFont& systemFont) {
   Fonts& all = fonts();
+  all = Fonts();
   all.body = systemFont;
   all.monospaced = QFontDatabase::systemFont(QFontDatabase::FixedFont);
 #if !defined(Q_OS_MACOS) && !defined(Q_OS_WIN)
@@ -224,12 +231,16 @@ void Look::takeFonts(const QFont& systemFont) {
 }
 
 QFont Look::font(TextStyle style) {
+  std::optional<QFont>& made = fonts().styles[static_cast<std::size_t>(style)];
   const Face look = face(style);
-  return sized(fonts().body, fonts().bodyPx * look.factor, look.weight);
+  if (!made) made = sized(fonts().body, fonts().bodyPx * look.factor, look.weight);
+  return *made;
 }
 
 QFont Look::monospaced(TextStyle style) {
-  return sized(fonts().monospaced, fonts().bodyPx * face(style).factor, QFont::Normal);
+  std::optional<QFont>& made = fonts().monospacedStyles[static_cast<std::size_t>(style)];
+  if (!made) made = sized(fonts().monospaced, fonts().bodyPx * face(style).factor, QFont::Normal);
+  return *made;
 }
 
 int Look::px(double size) {

@@ -167,6 +167,8 @@ int LookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
     case SH_UnderlineShortcut:
     case SH_ScrollBar_Transient:
       return 0;
+    case SH_Menu_Scrollable:  // a long list of tags stays one column
+      return 1;
     case SH_Slider_AbsoluteSetButtons:
       return Qt::LeftButton;
     case SH_Slider_PageSetButtons:
@@ -231,8 +233,10 @@ QRect LookStyle::subElementRect(SubElement element, const QStyleOption* option, 
     }
     case SE_CheckBoxClickRect:
       return option->rect;
-    case SE_LineEditContents:
-      return option->rect.adjusted(Look::px(6), 0, -Look::px(6), 0);
+    case SE_LineEditContents: {
+      const int side = Look::px(8) - 2;  // the field itself adds 2
+      return option->rect.adjusted(side, 0, -side, 0);
+    }
     default:
       return QProxyStyle::subElementRect(element, option, widget);
   }
