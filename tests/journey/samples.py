@@ -14,7 +14,7 @@ from card import CARD, differences, kit, leaf, name, name_leaves, new_sample, pa
 from screen import Window, keys, reveal, start, type_text, wait_for, xdotool
 
 PATTERN, START = "Set", 5
-NAME_COLUMN, TAG_COLUMN, COLUMNS = 1, 2, 8
+PLAY_COLUMN, NAME_COLUMN, TAG_COLUMN, COLUMNS = 0, 1, 2, 8
 PAD = 2  # the third one
 FIRST_TAG = "Thump"
 
@@ -22,7 +22,7 @@ FIRST_TAG = "Thump"
 def make_sound(file, frequency):
     with wave.open(str(file), "wb") as sound:
         sound.setparams((1, 2, 44100, 0, "NONE", ""))
-        sound.writeframes(b"".join(struct.pack("<h", int(9000 * math.sin(frequency * i / 7018))) for i in range(66150)))
+        sound.writeframes(b"".join(struct.pack("<h", int(9000 * math.sin(frequency * i / 7018))) for i in range(132300)))
     return file
 
 
@@ -146,10 +146,11 @@ def delete_sound(window, text):
 
 def hear(window, beginning):
     window.click(row_of(window, beginning))
+    play = cell(window, beginning, PLAY_COLUMN)
     keys("space")
-    wait_for("the sound to play", lambda: cell(window, beginning, 0).name == "Stop")
+    wait_for("the sound to play", lambda: play.name == "Stop")
     window.screenshot("samples-playing")
-    wait_for("its end", lambda: cell(window, beginning, 0).name == "Play")
+    wait_for("its end", lambda: play.name == "Play")
 
 
 def travel(options, work, volume):
