@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::size_t removalsHeld = 200;
 constexpr int maxNameTries = 10000;
+const std::string temporaryPrefix = ".tamboro-";
 
 using Files = std::vector<std::unique_ptr<OpenFile>>;
 
@@ -24,6 +25,17 @@ void quietly(const auto& step) {
     step();
   } catch (const FileError&) {
     // Tidying up behind a failure: that failure is the one to report.
+  }
+}
+
+// Whether what `make` makes is new: its numbered name may be taken by what an earlier cut left.
+bool isFree(int number, const auto& make) {
+  try {
+    make();
+    return true;
+  } catch (const FileError& error) {
+    if (error.code() != std::errc::file_exists || number == maxNameTries) throw;
+    return false;
   }
 }
 
@@ -81,6 +93,7 @@ class BatchWriter {
   void run() {
     try {
       makeTemporaryFolder();
+      growFolders();
       makeNewFolders();
       createFiles();
       fillFiles();
@@ -101,6 +114,8 @@ class BatchWriter {
   Path temporaryFile(std::size_t index) const { return temporary(batch_.newFolders.size() + index); }
 
   void makeTemporaryFolder();
+  void growFolders();
+  void grow(const Path& place, const Path& folder);
   void makeNewFolders();
   void makeSiblings(std::size_t first, std::size_t end);
   void createFiles();
@@ -135,17 +150,47 @@ class BatchWriter {
 // and the new folder's clusters must be known there before the root's entry that leads to them.
 void BatchWriter::makeTemporaryFolder() {
   for (int number = 1; temporaryPath_.empty(); ++number) {
-    const Path path = ".tamboro-" + std::to_string(number);
-    try {
-      card_.makeFolder(path);
-      temporaryPath_ = path;
-    } catch (const FileError& error) {
-      if (error.code() != std::errc::file_exists || number == maxNameTries) throw;
-    }
+    const Path path = temporaryPrefix + std::to_string(number);
+    if (isFree(number, [&] { card_.makeFolder(path); })) temporaryPath_ = path;
   }
   temporaryFolder_ = card_.open(temporaryPath_);
   unchanged_.sync();
   root_.sync();
+}
+
+// Before step 3. A folder that outgrows its clusters while names come into it has the new cluster in its chain with the
+// first sync of a file, and shows what that cluster held before as its entries until it is synced itself. So it grows
+// now, by names that are gone again before anything is written, and at its end: nothing that it holds is touched. (A
+// device that brings the chain before the cluster can still show such entries behind a cut in these few writes.)
+void BatchWriter::growFolders() {
+  for (const auto& [folder, entries] : batch_.entries) {
+    if (std::ranges::find(batch_.newFolders, folder) == batch_.newFolders.end()) grow(folder, folder);
+  }
+}
+
+// Makes the folder at `place` large enough for what will come into `folder`.
+void BatchWriter::grow(const Path& place, const Path& folder) {
+  const auto found = batch_.entries.find(folder);
+  if (found == batch_.entries.end()) return;
+  const std::size_t count = Placeholders::count(found->second);
+  std::vector<Path> placeholders;
+  Files held;  // some mounts write what is pending when a file is closed, and the chain first
+  try {
+    for (int number = 1; placeholders.size() < count; ++number) {
+      std::string name = temporaryPrefix + std::to_string(number) + "-";
+      name.resize(Placeholders::nameSize, '-');
+      if (isFree(number, [&] { held.push_back(card_.create(place / name)); })) placeholders.push_back(place / name);
+    }
+    syncFolder(card_, place);
+    for (const Path& placeholder : placeholders)
+      card_.removeFile(placeholder);
+    syncFolder(card_, place);
+  } catch (...) {
+    for (const Path& placeholder : placeholders)
+      quietly([&] { card_.removeFile(placeholder); });
+    quietly([&] { syncFolder(card_, place); });
+    throw;
+  }
 }
 
 // Step 3, one level of the tree after the other, so that a folder is on the device before it gets folders of its own.
@@ -170,6 +215,7 @@ void BatchWriter::makeSiblings(std::size_t first, std::size_t end) {
     ++foldersMade_;
     card_.makeFolder(temporary(i));
     made.push_back(card_.open(temporary(i)));
+    grow(temporary(i), batch_.newFolders[i]);
   }
   temporaryFolder_->sync();
   std::vector<Path> parents;

@@ -13,9 +13,7 @@ namespace {
 constexpr std::size_t filesPerBatch = 200;
 constexpr std::size_t foldersPerBatch = 100;
 
-// FAT: an entry, and one more for every 13 characters of a long name.
 constexpr std::uint64_t folderEntrySize = 32;
-constexpr std::size_t charactersPerEntry = 13;
 constexpr std::uint64_t temporaryFolderSize = (filesPerBatch + foldersPerBatch + 2) * folderEntrySize;
 
 [[noreturn]] void failForRoom(const Path& path) {
@@ -32,11 +30,10 @@ class Room {
 
   // What a new name in the folder takes beyond the clusters that earlier names have been given.
   std::uint64_t clustersForName(const Path& path) {
-    const std::uint64_t size = folderEntrySize * (2 + path.filename().native().size() / charactersPerEntry);
-    std::uint64_t& left = leftInFolder_[folderOf(path)];
-    const std::uint64_t added = size <= left ? 0 : clusters(size - left);
-    left += added * clusterSize_ - size;
-    return added;
+    std::size_t& entries = newEntries_[folderOf(path)];
+    const std::uint64_t before = entries == 0 ? 0 : clustersForEntries(entries);
+    entries += folderEntries(path.filename().native().size());
+    return clustersForEntries(entries) - before;
   }
 
   bool holds(std::uint64_t needed) const { return needed <= free_; }
@@ -44,9 +41,13 @@ class Room {
   void giveBack(std::uint64_t freed) { free_ += freed; }
 
  private:
+  std::uint64_t clustersForEntries(std::size_t entries) const {
+    return clusters(folderEntrySize * Placeholders::entries * Placeholders::count(entries));
+  }
+
   std::uint64_t clusterSize_;
   std::uint64_t free_;
-  std::map<Path, std::uint64_t> leftInFolder_;
+  std::map<Path, std::size_t> newEntries_;
 };
 
 class Cutter {
@@ -87,13 +88,14 @@ class Cutter {
 
   void startBatch() {
     newFolders_.clear();
+    entries_.clear();
     fileCount_ = 0;
     freed_ = needed_ = room_.clusters(temporaryFolderSize);
   }
 
   void closeBatch() {
     if (newFolders_.empty() && fileCount_ == 0) return;
-    batches_.push_back({newFolders_, std::span(plan_.files).subspan(nextFile_, fileCount_)});
+    batches_.push_back({newFolders_, std::span(plan_.files).subspan(nextFile_, fileCount_), entries_});
     nextFile_ += fileCount_;
     room_.take(needed_);
     room_.giveBack(freed_);
@@ -105,18 +107,23 @@ class Cutter {
     needed_ += 1 + room_.clustersForName(folder);
     if (!room_.holds(needed_)) failForRoom(folder);
     newFolders_.push_back(folder);
+    addName(folder);
   }
 
   void addFile(const PlannedFile& file) {
     const FileStatus old = targetStatus(card_, file.path);
     std::uint64_t need = room_.clusters(contentSize(file));
-    if (old.kind == FileKind::none) need += room_.clustersForName(file.path);
+    const bool isNew = old.kind == FileKind::none || removed_.contains(file.path);
+    if (isNew) need += room_.clustersForName(file.path);
     if (fileCount_ == filesPerBatch || (fileCount_ > 0 && !room_.holds(needed_ + need))) closeBatch();
     needed_ += need;
     if (!room_.holds(needed_)) failForRoom(file.path);
     if (!removed_.contains(file.path)) freed_ += room_.clusters(old.size);
     ++fileCount_;
+    if (isNew) addName(file.path);
   }
+
+  void addName(const Path& path) { entries_[folderOf(path)] += folderEntries(path.filename().native().size()); }
 
   std::uint64_t contentSize(const PlannedFile& file) const {
     if (const auto* bytes = std::get_if<std::string>(&file.content)) return bytes->size();
@@ -132,6 +139,7 @@ class Cutter {
 
   // The batch being filled.
   std::vector<Path> newFolders_;
+  std::map<Path, std::size_t> entries_;
   std::size_t nextFile_ = 0;
   std::size_t fileCount_ = 0;
   std::uint64_t needed_ = 0;

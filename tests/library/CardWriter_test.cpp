@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "library/SaveBatches.h"
 #include "library/SaveFixture.h"
 
 namespace tamboro::test {
@@ -103,6 +104,31 @@ TEST(CardWriter, MakesNestedFoldersFromTheTop) {
   expectInOrder(steps, {"rename .tamboro-1/0 A", "sync .", "makeFolder .tamboro-1/1", "rename .tamboro-1/1 A/B",
                         "sync .tamboro-1/1", "sync A", "rename .tamboro-1/2 A/B/C", "sync A/B"});
   EXPECT_EQ(fixture.card().at("A/B/C/f"), "f");
+}
+
+// A folder that grew while names come into it would show what its new cluster held before.
+TEST(CardWriter, MakesFoldersLargeEnoughBeforeNamesCome) {
+  const std::string placeholder = ".tamboro-" + std::string(Placeholders::nameSize - 9, '-');
+  const auto numbered = [&](int i) { return std::string(placeholder).replace(9, 1, std::to_string(i)); };
+  SaveFixture fixture;
+  writeTree(fixture.files, "/card", {{"KIT/" + numbered(1), "left"}});
+  SavePlan plan{{}, {"N"}, {{"N/f", "f"s}, {"SYSTEM/tag_list.spd", "rewritten"s}}};
+  std::size_t entries = 0;
+  for (int i = 100; i < 130; ++i) {
+    plan.files.push_back({"KIT/kit" + std::to_string(i) + ".spd", "new"s});
+    entries += 2;
+  }
+  const Operations steps = record(fixture, plan);
+  const std::string first = "KIT/" + numbered(2);
+  const std::string last = "KIT/" + numbered(static_cast<int>((entries + 10) / 11) + 1);
+  expectInOrder(steps, {"create " + first, "create " + last, "sync KIT", "removeFile " + first, "removeFile " + last,
+                        "sync KIT", "create .tamboro-1/1"});
+  const std::string hidden = ".tamboro-1/0/" + numbered(1);
+  expectInOrder(steps, {"create " + hidden, "sync .tamboro-1/0", "removeFile " + hidden, "sync .tamboro-1/0",
+                        "rename .tamboro-1/0 N"});
+  EXPECT_EQ(std::ranges::count(steps, "create SYSTEM/" + numbered(1)), 0);
+  EXPECT_EQ(fixture.card().size(), fixture.before.size() + 32);
+  EXPECT_EQ(fixture.card().at("KIT/" + numbered(1)), "left");
 }
 
 TEST(CardWriter, HoldsFewFilesOpenHoweverLargeThePlan) {

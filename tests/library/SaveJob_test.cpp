@@ -23,7 +23,7 @@ bool saves(const SaveSnapshot& snapshot, FileSystem& files) {
 Tree withoutTemporary(const Tree& tree) {
   Tree rest;
   for (const auto& [name, bytes] : tree) {
-    if (!name.starts_with(temporaryName)) rest[name] = bytes;
+    if (("/" + name).find("/" + temporaryName) == std::string::npos) rest[name] = bytes;
   }
   return rest;
 }
