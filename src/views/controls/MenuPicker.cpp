@@ -7,6 +7,8 @@ namespace tamboro {
 MenuPicker::MenuPicker(const QString& objectName, const QString& accessibleName, QWidget* parent) : QComboBox(parent) {
   setObjectName(objectName);
   setAccessibleName(accessibleName);
+  // On some desktops a picker without a label beside it goes by the name of its chosen row.
+  setAccessibleDescription(accessibleName);
   setSizeAdjustPolicy(QComboBox::AdjustToContents);
   setMaxVisibleItems(30);
   connect(this, &QComboBox::activated, this, [this](int row) { Q_EMIT chosen(itemData(row).toLongLong()); });
