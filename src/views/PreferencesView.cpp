@@ -106,7 +106,7 @@ QWidget* PreferencesView::makeAutosaveGroup() {
   interval_ = new MenuPicker(QStringLiteral("intervalPicker"), QStringLiteral("Interval"));
   for (const Interval& interval : intervals)
     interval_->addRow(interval.seconds, QString::fromLatin1(interval.label));
-  interval_->setWidth(Look::px(120));
+  interval_->setWidth(Look::px(136));  // the opened menu is as wide, and has a mark before its rows
   connect(interval_, &MenuPicker::chosen, this,
           [this](qint64 seconds) { store_.setAutoSaveInterval(static_cast<double>(seconds)); });
   intervalRow_ = group->addTitledRow(QStringLiteral("Interval"), interval_);

@@ -63,6 +63,14 @@ class DropOutline : public QWidget {
   }
 };
 
+ElidedLabel* makeCaption(const QString& objectName, TextStyle style) {
+  auto* caption = new ElidedLabel(Qt::ElideRight);
+  caption->setObjectName(objectName);
+  caption->setFont(Look::font(style));
+  caption->setForegroundRole(textRole::secondary);
+  return caption;
+}
+
 }  // namespace
 
 WaveBrowserView::WaveBrowserView(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, QWidget* parent)
@@ -84,8 +92,13 @@ WaveBrowserView::WaveBrowserView(RolandLibrary& store, SamplePlayer& player, Pro
     importError_ = message;
     showImportError();
   });
+  using Property = RolandLibrary::Property;
   new QueuedRefresh(
-      store, [this] { refresh(); }, this);
+      store, {Property::waves, Property::tagList}, [this] { refresh(); }, this);
+  new QueuedRefresh(
+      store, {Property::selectedKitSlot, Property::selectedPadIndex, Property::kits}, [this] { refreshAdding(); },
+      this);
+  refreshAdding();
   refresh();
 }
 
@@ -140,10 +153,8 @@ QWidget* WaveBrowserView::makeList() {
 
 QWidget* WaveBrowserView::makeStrip() {
   auto* strip = new Surface(&Look::controlBackground, Qt::TopEdge);
-  caption_ = new ElidedLabel(Qt::ElideRight);
-  caption_->setObjectName(QStringLiteral("waveCount"));
-  caption_->setFont(Look::font(TextStyle::caption));
-  caption_->setForegroundRole(textRole::secondary);
+  caption_ = makeCaption(QStringLiteral("waveCount"), TextStyle::caption);
+  progress_ = makeCaption(QStringLiteral("importProgress"), TextStyle::caption2);
   renameSelected_ = new QPushButton(symbolIcon(QStringLiteral("pencil")), QStringLiteral("Rename Selected…"));
   renameSelected_->setObjectName(QStringLiteral("renameSelectedButton"));
   auto* importButton =
@@ -154,7 +165,11 @@ QWidget* WaveBrowserView::makeStrip() {
   connect(importButton, &QPushButton::clicked, this, &WaveBrowserView::chooseImports);
   auto* row = new QHBoxLayout(strip);
   row->setContentsMargins(12, 8, 8, 8);
-  row->addWidget(caption_, 1);
+  auto* captions = new QVBoxLayout;
+  captions->setSpacing(0);
+  captions->addWidget(caption_);
+  captions->addWidget(progress_);
+  row->addLayout(captions, 1);
   row->addWidget(renameSelected_);
   row->addWidget(importButton);
   return strip;
@@ -168,26 +183,28 @@ QVariant WaveBrowserView::value(const RowKey& row, int column, int role) const {
   return WaveCell{.wave = *wave,
                   .column = column,
                   .tag = waveTagText(tagTitles_, wave->tag),
-                  .addHelp = column == waveColumn::add ? addHelp() : QString(),
-                  .hasKit = store_.selectedKitSlot().has_value(),
+                  .addHelp = column == waveColumn::add ? addHelp_ : QString(),
+                  .hasKit = hasKit_,
                   .isPlaying = player_.playingIndex() == wave->id,
                   .isOpen = showLoopSettings_.contains(wave->id)}
       .value(role);
 }
 
-QString WaveBrowserView::addHelp() const {
-  return waveAddHelp(store_.selectedKitSlot(), store_.selectedKit(), store_.selectedPadIndex());
+/// An edit of a kit goes with every step of a slider: the rows are neither read nor painted again for it.
+void WaveBrowserView::refreshAdding() {
+  QString help = waveAddHelp(store_.selectedKitSlot(), store_.selectedKit(), store_.selectedPadIndex());
+  if (help == addHelp_) return;
+  addHelp_ = std::move(help);
+  if (hasKit_ != store_.selectedKitSlot().has_value()) list_->viewport()->update();
+  hasKit_ = store_.selectedKitSlot().has_value();
+  list_->announceColumn(waveColumn::add);
 }
 
 void WaveBrowserView::refresh() {
   const bool hasOtherTags = refreshTags();
-  std::set<WaveId> changed = waves_.read(store_.waves());
+  const std::set<WaveId> changed = waves_.read(store_.waves());
   if (!changed.empty()) filteredWavesCache_.reset();
-  if (hasOtherTags) {
-    const std::vector<WaveId>& shown = filteredWaves();
-    changed.insert(shown.begin(), shown.end());
-  }
-  showRows(changed);
+  showRows(changed, hasOtherTags);
 }
 
 bool WaveBrowserView::refreshTags() {
@@ -219,7 +236,7 @@ const std::vector<WaveId>& WaveBrowserView::filteredWaves() {
   return *filteredWavesCache_;
 }
 
-void WaveBrowserView::showRows(const std::set<WaveId>& changed) {
+void WaveBrowserView::showRows(const std::set<WaveId>& changed, bool hasOtherTags) {
   const std::vector<WaveId>& shown = filteredWaves();
   // A row's loop section goes with it.
   std::erase_if(showLoopSettings_, [&](WaveId id) {
@@ -233,8 +250,11 @@ void WaveBrowserView::showRows(const std::set<WaveId>& changed) {
     if (showLoopSettings_.contains(id)) rows.push_back(detailOf(id));
   }
   std::set<RowKey> changedRows;
-  for (const WaveId id : changed)
-    changedRows.insert(changedRows.end(), rowOf(id));
+  if (rows == list_->rows().rows()) {  // others are shown anew as a whole
+    for (const WaveId id : changed)
+      changedRows.insert(changedRows.end(), rowOf(id));
+    if (hasOtherTags) changedRows.insert(rows.begin(), rows.end());
+  }
   list_->setRows(std::move(rows), changedRows);
   openLoopSections();
   followSelection();
@@ -253,8 +273,9 @@ void WaveBrowserView::openLoopSections() {
 void WaveBrowserView::refreshStrip() {
   const std::size_t rows = filteredWaves().size();
   const std::size_t selected = selectedWaves().size();
-  caption_->setText(imports_->isRunning() ? waveImportText(imports_->done(), imports_->total())
-                                          : waveCountText(rows, selected));
+  caption_->setText(waveCountText(rows, selected));
+  progress_->setVisible(imports_->isRunning());
+  progress_->setText(waveImportText(imports_->done(), imports_->total()));
   renameSelected_->setVisible(selected >= 2);
   nothing_->setVisible(rows == 0);
   nothing_->setText(waves_.size() > 0 ? QStringLiteral("No sounds found")

@@ -36,14 +36,14 @@ class WaveBrowserView : public QWidget {
   QWidget* makeList();
   QWidget* makeStrip();
   QVariant value(const RowKey& row, int column, int role) const;
-  QString addHelp() const;
 
   void refresh();
+  void refreshAdding();
   bool refreshTags();
   void refreshPlaying();
   void refreshStrip();
   const std::vector<WaveId>& filteredWaves();
-  void showRows(const std::set<WaveId>& changed);
+  void showRows(const std::set<WaveId>& changed, bool hasOtherTags = false);
   void openLoopSections();
   void followSelection();
   void selectionEdited();
@@ -81,6 +81,8 @@ class WaveBrowserView : public QWidget {
   std::set<WaveId> showLoopSettings_;
   WaveRows waves_;
   std::vector<QString> tagTitles_;
+  QString addHelp_;
+  bool hasKit_ = false;
   std::optional<WaveId> shownPlaying_;
   QPointer<BatchRenameSheet> batchRename_;
 
@@ -91,6 +93,7 @@ class WaveBrowserView : public QWidget {
   QLabel* nothing_;
   QWidget* dropOutline_;
   ElidedLabel* caption_;
+  ElidedLabel* progress_;
   QPushButton* renameSelected_;
 };
 

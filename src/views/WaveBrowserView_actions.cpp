@@ -4,6 +4,7 @@
 #include <QDrag>
 #include <QMenu>
 #include <QMimeData>
+#include <QScrollBar>
 
 #include "audio/SamplePlayer.h"
 #include "library/RolandLibrary.h"
@@ -64,16 +65,27 @@ void WaveBrowserView::addToPad(WaveId id) {
 }
 
 void WaveBrowserView::toggleLoopSettings(WaveId id) {
-  if (showLoopSettings_.erase(id) == 0) showLoopSettings_.insert(id);
+  const RowKey row{0, id};
+  const RowKey section{0, id, RowKey::Kind::detail};
+  const int before = list_->cellRect(row, waveColumn::name).y();
+  const bool isOpened = showLoopSettings_.erase(id) == 0;
+  if (isOpened) showLoopSettings_.insert(id);
   showRows({id});
+  // The button stays under the pointer, and what it opened is in sight.
+  QScrollBar& bar = *list_->verticalScrollBar();
+  bar.setValue(bar.value() + list_->cellRect(row, waveColumn::name).y() - before);
+  if (isOpened) list_->reveal(section);
 }
 
 void WaveBrowserView::rename(const RowKey& row) {
+  if (QLineEdit* open = list_->field(row)) {
+    list_->reveal(row);
+    return open->setFocus();  // with what was typed there
+  }
   const Wave* wave = store_.wave(row.record);
-  QLineEdit* open = list_->field(row);
   if (!wave) return;
   QLineEdit* field = list_->openField(row, QString::fromStdString(wave->name()));
-  if (!field || field == open) return;
+  if (!field) return;
   field->setObjectName(QStringLiteral("waveNameField"));
   field->setAccessibleName(QStringLiteral("Name"));
   field->setPlaceholderText(QStringLiteral("Name"));
@@ -126,7 +138,7 @@ void WaveBrowserView::openMenu(const RowKey& row, const QPoint& position) {
     entry->setWhatsThis(spokenKeys(help));
     connect(entry, &QAction::triggered, this, run);
   };
-  add("addToPad", QStringLiteral("Add to Selected Pad"), addHelp(), [this, id] { addToPad(id); });
+  add("addToPad", QStringLiteral("Add to Selected Pad"), addHelp_, [this, id] { addToPad(id); });
   add("copySound", QStringLiteral("Copy Sound"), QStringLiteral("Copy to paste onto another pad later (⌘V)"),
       [this, id] { store_.setCopiedWaveIndex(id); });
   add("duplicateSound", QStringLiteral("Duplicate Sound"), QStringLiteral("Make a copy of this sound with a new name"),
@@ -147,7 +159,9 @@ void WaveBrowserView::confirmDelete(WaveId id) {
   prompts_.alert(this, question, [this, alive = QPointer<WaveBrowserView>(this)](std::size_t button) {
     if (!alive) return;
     const WaveId candidate = *std::exchange(deleteCandidate_, std::nullopt);
-    if (button == 0) store_.deleteWave(candidate);
+    if (button != 0) return;
+    if (player_.playingIndex() == candidate) player_.stop();  // its stop button goes with it
+    store_.deleteWave(candidate);
   });
 }
 
@@ -158,7 +172,7 @@ void WaveBrowserView::drag(const RowKey& row) {
   payload->setText(QString::number(wave->id));
   auto* drag = new QDrag(list_);
   drag->setMimeData(payload);
-  drag->setPixmap(wavePixmap(wave->name, devicePixelRatioF()));
+  drag->setPixmap(wavePixmap(wave->name(), devicePixelRatioF()));
   drag->exec(Qt::CopyAction);
 }
 
@@ -170,6 +184,7 @@ void WaveBrowserView::openBatchRename() {
         if (!alive) return;
         selection_ = std::move(selection);
         followSelection();
+        list_->setFocus();  // the button that opened the sheet goes
         refreshStrip();
       },
       this);

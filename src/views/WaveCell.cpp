@@ -54,7 +54,7 @@ bool WaveCell::isShown() const {
 QVariant WaveCell::text() const {
   switch (column) {
     case waveColumn::name:
-      return wave.name;
+      return wave.name();
     case waveColumn::tag:
       return tag;
     case waveColumn::number:

@@ -2,7 +2,8 @@
 
 #include <QStringList>
 #include <algorithm>
-#include <numeric>
+#include <future>
+#include <span>
 
 namespace tamboro {
 
@@ -12,13 +13,32 @@ QString numbered(const char* what, std::int64_t number) {
   return QLatin1String(what) + QString::number(number);
 }
 
+/// The first eight bytes as a number of the same order: most names are told apart without being looked up.
+std::uint64_t startOf(const std::string& text) {
+  std::uint64_t start = 0;
+  for (std::size_t place = 0; place < sizeof start; ++place)
+    start = start << 8U | (place < text.size() ? static_cast<unsigned char>(text[place]) : 0U);
+  return start;
+}
+
+/// The trees of an opened card lie all over the memory: to wait for them on two threads takes half the time.
+template<typename Work>
+void inTwoThreads(std::span<const std::size_t> places, const Work& work) {
+  constexpr std::size_t worthAThread = 1000;
+  const auto doPart = [&work](std::span<const std::size_t> part) { std::ranges::for_each(part, work); };
+  if (places.size() < worthAThread) return doPart(places);
+  // Without a further thread to be had, this one does both.
+  auto rest = std::async(std::launch::async | std::launch::deferred, doPart, places.subspan(places.size() / 2));
+  doPart(places.first(places.size() / 2));
+  rest.get();
+}
+
 }  // namespace
 
 WaveRowValues WaveRows::made(const Wave& wave) const {
   std::string name = wave.name();
   return {.id = wave.id(),
           .node = wave.node,
-          .name = QString::fromStdString(name),
           .sortKey = name,
           .foldedName = searchFold(name, dottedI_),
           .tag = wave.tag(),
@@ -29,33 +49,51 @@ WaveRowValues WaveRows::made(const Wave& wave) const {
 
 std::set<WaveId> WaveRows::read(const std::vector<Wave>& waves) {
   std::set<WaveId> changed;
-  std::vector<WaveRowValues> values;
-  values.reserve(waves.size());
+  std::vector<WaveRowValues> values(waves.size());
+  std::vector<std::size_t> unknown;
   auto known = values_.begin();
   bool isOrderOther = waves.size() != values_.size();
-  for (const Wave& wave : waves) {
+  for (std::size_t place = 0; place < waves.size(); ++place) {
+    const Wave& wave = waves[place];
     const WaveId id = wave.id();
     while (known != values_.end() && known->id < id)
       ++known;
-    const bool isKnown = known != values_.end() && known->id == id;
-    if (isKnown && known->node == wave.node && known->isFactory == wave.isFactory()) {
+    if (known == values_.end() || known->id != id) {
+      unknown.push_back(place);
+      changed.insert(changed.end(), id);
+    } else if (known->node == wave.node && known->isFactory == wave.isFactory()) {
       if (known->isPending != wave.isPending) changed.insert(changed.end(), id);
-      values.push_back(std::move(*known++));
-      values.back().isPending = wave.isPending;
+      values[place] = std::move(*known++);
+      values[place].isPending = wave.isPending;
     } else {
       changed.insert(changed.end(), id);
-      values.push_back(made(wave));
-      isOrderOther = isOrderOther || !isKnown || known->sortKey != values.back().sortKey;
+      values[place] = made(wave);
+      isOrderOther = isOrderOther || known->sortKey != values[place].sortKey;
     }
   }
+  inTwoThreads(unknown, [&](std::size_t place) { values[place] = made(waves[place]); });
   values_ = std::move(values);
-  if (isOrderOther) {
-    byName_.resize(values_.size());
-    std::iota(byName_.begin(), byName_.end(), std::size_t{0});
-    std::stable_sort(byName_.begin(), byName_.end(),
-                     [this](std::size_t a, std::size_t b) { return values_[a].sortKey < values_[b].sortKey; });
-  }
+  if (isOrderOther || !unknown.empty()) sortByName();
   return changed;
+}
+
+void WaveRows::sortByName() {
+  struct Entry {
+    std::uint64_t start;
+    std::size_t place;
+  };
+  std::vector<Entry> entries;
+  entries.reserve(values_.size());
+  for (const WaveRowValues& value : values_)
+    entries.push_back({startOf(value.sortKey), entries.size()});
+  std::sort(entries.begin(), entries.end(), [this](const Entry& a, const Entry& b) {
+    if (a.start != b.start) return a.start < b.start;
+    const int order = values_[a.place].sortKey.compare(values_[b.place].sortKey);
+    return order != 0 ? order < 0 : a.place < b.place;
+  });
+  byName_.clear();
+  for (const Entry& entry : entries)
+    byName_.push_back(entry.place);
 }
 
 const WaveRowValues* WaveRows::find(WaveId id) const {
@@ -104,7 +142,7 @@ QString waveNumberText(WaveId id) {
 }
 
 QString waveSpokenText(const WaveRowValues& wave, const QString& tag) {
-  QStringList parts{wave.name, QStringLiteral("Tag: ") + tag, QString::number(wave.id)};
+  QStringList parts{wave.name(), QStringLiteral("Tag: ") + tag, QString::number(wave.id)};
   if (wave.isPending) parts << QStringLiteral("Not saved to the card yet");
   parts.removeAll(QString());
   return parts.join(QStringLiteral(", "));

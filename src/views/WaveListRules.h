@@ -16,14 +16,15 @@ namespace tamboro {
 /// What the list shows of a sample and compares with a search: plain values, made again only when the tree differs.
 struct WaveRowValues {
   WaveId id = 0;
-  SpdNode node;  ///< the tree the values were read from
-  QString name;
+  SpdNode node;         ///< the tree the values were read from
   std::string sortKey;  ///< the name in UTF-8, whose order of bytes is that of code points
   std::string foldedName;
   std::int64_t tag = 0;
   bool isFactory = false;
   bool hasMeasure = false;
   bool isPending = false;
+
+  QString name() const { return QString::fromStdString(sortKey); }
 };
 
 /// The values of all samples, by id and by name. Ten thousand are filtered at every keystroke: names are folded and
@@ -41,6 +42,7 @@ class WaveRows {
 
  private:
   WaveRowValues made(const Wave& wave) const;
+  void sortByName();
 
   DottedI dottedI_;
   std::vector<WaveRowValues> values_;

@@ -1,5 +1,6 @@
 #include "views/WaveRowDelegate.h"
 
+#include <QAbstractItemView>
 #include <QPainter>
 #include <QStyle>
 #include <cmath>
@@ -16,6 +17,8 @@ namespace tamboro {
 namespace {
 
 constexpr int symbolSlot = 28;
+constexpr int inset = 6;      // of a row from its list's edge
+constexpr int nameRoom = 88;  // for twelve letters of usual width
 constexpr int textRoom = 10;  // from a picker's edge to its text
 
 QColor withOpacity(QColor colour, float opacity) {
@@ -134,7 +137,7 @@ int WaveRowDelegate::columnWidth(int column) const {
     case waveColumn::name:
       return 0;
     case waveColumn::tag:
-      return Look::px(120);
+      return tagWidth();
     case waveColumn::number:
       return Look::px(50);
     case waveColumn::loop:
@@ -142,6 +145,16 @@ int WaveRowDelegate::columnWidth(int column) const {
     default:
       return Look::px(symbolSlot);
   }
+}
+
+/// Names are told apart by their ends, tags by their beginnings: where large type makes the row tight, the tag gives
+/// way.
+int WaveRowDelegate::tagWidth() const {
+  const auto* list = qobject_cast<const QAbstractItemView*>(parent());
+  int rest = list ? list->viewport()->width() - 2 * inset : 0;
+  for (int column = 0; column < waveColumn::count; ++column)
+    if (column != waveColumn::tag) rest -= columnWidth(column);
+  return std::clamp(rest - Look::px(nameRoom), Look::px(72), Look::px(120));
 }
 
 int WaveRowDelegate::rowHeight(const QModelIndex& index) const {

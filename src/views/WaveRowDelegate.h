@@ -31,6 +31,9 @@ class WaveRowDelegate : public RowDelegate {
  protected:
   void paintCell(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   int rowHeight(const QModelIndex& index) const override;
+
+ private:
+  int tagWidth() const;
 };
 
 /// What a sample looks like while it is dragged.

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QVBoxLayout>
 #include <fstream>
@@ -22,6 +23,7 @@
 #include "views/controls/NumberField.h"
 #include "views/controls/RowList.h"
 #include "views/controls/Stepper.h"
+#include "views/look/Look.h"
 
 namespace tamboro::test {
 namespace {
@@ -236,6 +238,10 @@ TEST(WaveBrowser, RenamesInTheRow) {
   browser.library.setWaveName(206, "Other");
   browser.settle();
   EXPECT_EQ(browser.nameField()->text(), q("Zebra crossing")) << "a refresh leaves the edit alone";
+  browser.click(205, waveColumn::number);
+  browser.key(Qt::Key_F2);
+  EXPECT_EQ(browser.nameField()->text(), q("Zebra crossing")) << "and so does asking again";
+  EXPECT_EQ(browser.window.focusWidget(), browser.nameField());
   EXPECT_EQ(browser.library.wave(205)->name(), "Kick");
   QTest::keyClick(browser.nameField(), Qt::Key_Return);
   browser.settle();
@@ -328,10 +334,58 @@ TEST(WaveBrowser, LoopSectionWritesAndReadsBack) {
     EXPECT_EQ(start->text(), q("-640909")) << typed;
     EXPECT_EQ(browser.library.wave(205)->start(), -640909);
   }
+  const auto type = [&](const char* typed) {
+    start->selectAll();
+    QTest::keyClicks(start, q(typed));
+    return browser.library.wave(205)->start();
+  };
+  EXPECT_EQ(type("12"), -640909);
+  QTest::keyClick(start, Qt::Key_S, Qt::ControlModifier);
+  EXPECT_EQ(browser.library.wave(205)->start(), 12) << "before the save that the key starts";
+  EXPECT_EQ(type("34"), 12);
+  browser.click(206, waveColumn::play);
+  EXPECT_EQ(browser.library.wave(205)->start(), 34) << "a button that leaves the focus where it is";
+  EXPECT_EQ(type("56"), 34);
+  QTest::mouseClick(start, Qt::LeftButton);
+  EXPECT_EQ(browser.library.wave(205)->start(), 34) << "the cursor was placed";
   browser.search("tom");
   browser.search("");
   EXPECT_EQ(browser.rows(), "Factory Kick Snare Tom ") << "the section went with its row";
   EXPECT_EQ(browser.find<NumberField>("waveStart"), nullptr);
+}
+
+TEST(WaveBrowser, OpenedLoopSectionsComeInSightUnderTheirRow) {
+  Tree card = loopCard();
+  for (int id = 30; id < 80; ++id)
+    card["WAVE/PRM/02/" + std::to_string(id) + ".spd"] = card["WAVE/PRM/02/05.spd"];
+  Browser browser(card);
+  const auto top = [&](WaveId id) { return browser.list.cellRect(browser.row(id), waveColumn::loop).y(); };
+  browser.list.verticalScrollBar()->setValue(800);
+  const int row = top(231) - top(230);
+  const auto inSight = static_cast<WaveId>(230 - (top(230) - 100) / row);  // somewhere in the upper part
+  const int before = top(inSight);
+  for (int press = 0; press < 2; ++press) {
+    browser.click(inSight, waveColumn::loop);
+    EXPECT_EQ(top(inSight), before) << "the button left the pointer at press " << press;
+  }
+  const WaveId lowest = inSight + (browser.list.viewport()->height() - before) / row - 1;
+  browser.click(lowest, waveColumn::loop);
+  const QWidget* section = browser.find("waveLoopSection");
+  ASSERT_NE(section, nullptr);
+  EXPECT_LE(section->geometry().bottom(), browser.list.viewport()->height());
+  EXPECT_EQ(section->y(), top(lowest) + row);
+}
+
+TEST(WaveBrowser, TagsGiveWayToNames) {
+  Browser browser;
+  const auto width = [&](int column) { return browser.list.cellRect(browser.row(205), column).width(); };
+  EXPECT_EQ(width(waveColumn::tag), Look::px(120));
+  const int before = width(waveColumn::name);
+  ASSERT_GE(before, Look::px(88));
+  browser.window.resize(browser.window.width() - before + Look::px(68), 500);
+  browser.settle();
+  EXPECT_EQ(width(waveColumn::name), Look::px(88));
+  EXPECT_EQ(width(waveColumn::tag), Look::px(100));
 }
 
 TEST(WaveBrowser, MenuCopiesAndDuplicates) {
@@ -364,6 +418,9 @@ TEST(WaveBrowser, ImportsUnderTheFilteredTagAndTellsTheLastFailure) {
   QTest::mouseClick(button, Qt::LeftButton);
   ASSERT_EQ(browser.prompts.files.size(), 1U) << "one panel at a time";
   browser.prompts.files[0].second({"/home/gone.wav", "/home/Zoom.wav", "/home/lost.wav"});
+  EXPECT_EQ(browser.find<QLabel>("importProgress")->text(), q("Importing 1 of 3…"));
+  EXPECT_TRUE(browser.find("importProgress")->isVisible());
+  EXPECT_EQ(browser.caption(), q("1 sounds"));
   do
     browser.settle();
   while (browser.store.jobs.runWork() || browser.store.jobs.deliver());
@@ -377,6 +434,7 @@ TEST(WaveBrowser, ImportsUnderTheFilteredTagAndTellsTheLastFailure) {
   browser.prompts.press(0);
   EXPECT_TRUE(browser.prompts.alerts.empty());
   EXPECT_EQ(browser.caption(), q("2 sounds"));
+  EXPECT_FALSE(browser.find("importProgress")->isVisible());
 }
 
 TEST(WaveBrowser, BatchRenameEmptiesTheSelection) {
@@ -391,6 +449,7 @@ TEST(WaveBrowser, BatchRenameEmptiesTheSelection) {
   EXPECT_EQ(browser.rows(), "Factory Name 1 Name 2 Tom ");
   EXPECT_THAT(browser.view.selection(), IsEmpty());
   EXPECT_THAT(browser.list.selectedKeys(), IsEmpty());
+  EXPECT_EQ(browser.window.focusWidget(), &browser.list) << "not the button beside the one that went";
 }
 
 TEST(WaveBrowser, AssistiveToolsReadAndPressEachCell) {
@@ -441,6 +500,37 @@ TEST(WaveBrowser, PlayCellFollowsThePlayer) {
   browser.click(206, waveColumn::name);
   browser.key(Qt::Key_Space);
   EXPECT_EQ(browser.player.playingIndex(), std::nullopt) << "another sample, whose file isn't there, was asked for";
+  browser.player.play(folder / "kick.wav", 205);
+  browser.click(205, waveColumn::remove);
+  EXPECT_EQ(browser.player.playingIndex(), 205);
+  browser.prompts.press(0);
+  EXPECT_EQ(browser.player.playingIndex(), std::nullopt) << "deleted, nothing else could stop it";
+}
+
+TEST(WaveBrowser, PaintsForKitsOnlyTheAddButtonsColour) {
+  Browser browser;
+  struct Paints : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+      count += event->type() == QEvent::Paint ? 1 : 0;
+      return false;
+    }
+    int count = 0;
+  } paints;
+  browser.list.viewport()->installEventFilter(&paints);
+  const auto painted = [&](const auto& change) {
+    change();
+    browser.settle();
+    return std::exchange(paints.count, 0);
+  };
+  const Slot slot = browser.library.kits().front().slot;
+  painted([&] { browser.library.setSelectedKitSlot(slot); });
+  const auto add = [&] { return browser.list.rows().indexOf(browser.row(205)).siblingAtColumn(waveColumn::add); };
+  EXPECT_EQ(add().data(waveRole::tint).toInt(), static_cast<int>(WaveTint::red));
+  EXPECT_EQ(painted([&] { browser.library.setPadLevel(slot, 0, 42); }), 0);
+  EXPECT_EQ(painted([&] { browser.library.setSelectedPadIndex(3); }), 0);
+  EXPECT_TRUE(browser.cell(205, waveColumn::add, Qt::ToolTipRole).startsWith(q("Assign to pad 4 in ")));
+  EXPECT_GT(painted([&] { browser.library.setSelectedKitSlot(std::nullopt); }), 0);
+  EXPECT_EQ(add().data(waveRole::tint).toInt(), static_cast<int>(WaveTint::faint));
 }
 
 }  // namespace

@@ -106,9 +106,9 @@ TEST(WaveTexts, AddHelpNamesPadAndKit) {
 }
 
 TEST(WaveTexts, SpokenRow) {
-  WaveRowValues values{.id = 205, .node = {}, .name = q("Kick"), .sortKey = {}, .foldedName = {}};
+  WaveRowValues values{.id = 205, .node = {}, .sortKey = "Kick", .foldedName = {}};
   EXPECT_EQ(waveSpokenText(values, q("Snare")), q("Kick, Tag: Snare, 205"));
-  values.name.clear();
+  values.sortKey.clear();
   values.isPending = true;
   EXPECT_EQ(waveSpokenText(values, q("Snare")), q("Tag: Snare, 205, Not saved to the card yet"));
 }

@@ -5,8 +5,9 @@
 
 namespace tamboro {
 
-/// A field for a whole number of any size that 64 bits hold. What was typed is taken at Return and when the focus
-/// leaves; what is no number is dropped and the stored one stands again.
+/// A field for a whole number of any size that 64 bits hold. What was typed is taken at Return, when the focus leaves,
+/// and before a click elsewhere or the key that saves does anything, so that a save holds what is seen. What is no
+/// number is dropped and the stored one stands again.
 class NumberField : public QLineEdit {
   Q_OBJECT
 
@@ -18,6 +19,10 @@ class NumberField : public QLineEdit {
 
  Q_SIGNALS:
   void edited(std::int64_t value);
+
+ protected:
+  bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void take();

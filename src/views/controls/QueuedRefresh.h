@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <functional>
+#include <set>
 
 #include "library/RolandLibrary.h"
 
@@ -13,10 +14,14 @@ class QueuedRefresh : public QObject {
 
  public:
   QueuedRefresh(RolandLibrary& store, std::function<void()> refresh, QObject* parent);
+  /// Only after a change of one of these properties.
+  QueuedRefresh(RolandLibrary& store, std::set<RolandLibrary::Property> properties, std::function<void()> refresh,
+                QObject* parent);
 
  private:
-  void request();
+  void published(RolandLibrary::Property property);
 
+  std::set<RolandLibrary::Property> properties_;  ///< empty: any
   std::function<void()> refresh_;
   bool isRequested_ = false;
 };

@@ -199,6 +199,13 @@ void RowList::announce(int event, const QModelIndex& index) {
   QAccessible::updateAccessibility(&told);
 }
 
+void RowList::announceColumn(int column) {
+  if (!QAccessible::isActive()) return;
+  const int last = std::min(rowAt(verticalOffset() + viewport()->height() - 1), rows_->rowCount() - 1);
+  for (int row = std::max(0, rowAt(verticalOffset())); row <= last; ++row)
+    announce(QAccessible::NameChanged, rows_->index(row, column));
+}
+
 // Neither tells assistive tools of it as the base does: that knows nothing of the place of a cell among its rows.
 void RowList::selectionChanged(const QItemSelection& selected, const QItemSelection&) {
   viewport()->update();  // also the rows that stand for the same record

@@ -25,6 +25,8 @@ class RowList : public QAbstractItemView {
   std::set<RowKey> selectedKeys() const;
   void setSelectedKeys(const std::set<RowKey>& keys);
   void reveal(const RowKey& key);
+  /// The cells of this column are named otherwise than before: assistive tools are told of those in sight.
+  void announceColumn(int column);
   /// The column with the row's name, where the keyboard stands unless it was moved to a control of the row.
   void setMainColumn(int column) { mainColumn_ = column; }
 

@@ -183,7 +183,7 @@ void Stepper::paintEvent(QPaintEvent*) {
   painter.setPen(isEnabled() ? look.primary : look.disabledText);
   const auto side = QStyle::visualAlignment(layoutDirection(), valueWidth_ ? Qt::AlignRight : Qt::AlignLeft);
   painter.drawText(text, static_cast<int>(side | Qt::AlignVCenter | Qt::AlignAbsolute) | Qt::TextSingleLine,
-                   lineEdit()->text());
+                   QFontMetrics(painter.font()).elidedText(lineEdit()->text(), Qt::ElideRight, text.width()));
   paintBox(painter, halves(), controlRadius - 1, isEnabled() ? look.button : look.disabledFill,
            isEnabled() ? look.buttonOutline : look.separator);
   paintHalf(painter, 1);
