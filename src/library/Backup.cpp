@@ -46,7 +46,7 @@ void copyFolder(const FileSystem& card, const Path& source, FileSystem& files, c
     const Path entry = source / name;
     const FileKind kind = card.status(entry).kind;
     if (kind == FileKind::regular) {
-      copyContent(*card.open(entry), *files.create(target / name));
+      files.create(target / name)->append(*card.open(entry));
     } else if (kind == FileKind::folder && card.entryStatus(entry).kind == FileKind::folder) {
       copyFolder(card, entry, files, target / name);  // a real folder: links could lead round in a circle
     }

@@ -255,7 +255,7 @@ void BatchWriter::fill(OpenFile& file, const PlannedFile& planned) {
   if (!isCopy(planned)) return file.write(std::get<std::string>(planned.content));
   const Path& source = std::get<Path>(planned.content);
   sourceStatus(files_, source);
-  copyContent(*files_.open(source), file);
+  file.append(*files_.open(source));
 }
 
 // Step 6. The old file is held open, else its clusters would be free while its name still leads to them. The sync of

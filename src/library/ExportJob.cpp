@@ -85,7 +85,7 @@ class KitExporter {
     refuseOwnFile(target, file);
     sourceStatus(from, source);
     const std::unique_ptr<OpenFile> content = from.open(source);
-    replaceFile(files_, target, Durability::synced, [&](OpenFile& to) { copyContent(*content, to); });
+    replaceFile(files_, target, Durability::synced, [&](OpenFile& to) { to.append(*content); });
   }
 
   const KitExport& values_;

@@ -5,7 +5,6 @@
 namespace tamboro {
 namespace {
 
-constexpr std::size_t chunkSize = 256 * 1024;
 constexpr int maxNameTries = 10000;
 
 // A new empty file beside `target` under a name that nothing has.
@@ -20,15 +19,14 @@ std::unique_ptr<OpenFile> createBeside(FileSystem& files, const Path& target, Pa
   }
 }
 
+}  // namespace
+
 void removeQuietly(FileSystem& files, const Path& file) {
   try {
     files.removeFile(file);
   } catch (const FileError&) {
-    // The failure that led here is the one to report.
   }
 }
-
-}  // namespace
 
 Path folderOf(const Path& path) {
   return path.has_parent_path() ? path.parent_path() : Path(".");
@@ -63,14 +61,6 @@ FileStatus targetStatus(const FileSystem& files, const Path& target) {
   if (status.kind == FileKind::folder) throw FileError(std::make_error_code(std::errc::is_a_directory), target);
   if (status.kind == FileKind::other) throw FileError(std::make_error_code(std::errc::file_exists), target);
   return status;
-}
-
-void copyContent(OpenFile& from, OpenFile& to) {
-  // One buffer a thread: a backup copies thousands of small files.
-  thread_local std::string buffer(chunkSize, '\0');
-  while (const std::size_t count = from.read(buffer.data(), buffer.size())) {
-    to.write(std::string_view(buffer).substr(0, count));
-  }
 }
 
 void replaceFile(FileSystem& files, const Path& target, Durability durability,

@@ -18,8 +18,8 @@ FileStatus sourceStatus(const FileSystem& files, const Path& source);
 /// The status of what a new file is to replace; kind `none` where nothing stands. Throws for anything but a regular
 /// file: a folder, a link or a device is never replaced.
 FileStatus targetStatus(const FileSystem& files, const Path& target);
-/// Appends what is left of `from` to `to`, a chunk at a time.
-void copyContent(OpenFile& from, OpenFile& to);
+/// For a file left behind by a failure, which is the one to report.
+void removeQuietly(FileSystem& files, const Path& file);
 
 enum class Durability { none, synced };
 

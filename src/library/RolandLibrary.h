@@ -267,6 +267,7 @@ class RolandLibrary : public QObject {
   WaveDocs waveDocs_;
   std::optional<SpdDocument> tagListDoc_;
   StagedFiles stagedAudioFiles_;
+  WaveId maybeFree_ = 0;  ///< the user's ids below it are all taken
   std::optional<Path> backupDestinationOverride_;
   UndoManager undoManager_;
   std::unique_ptr<RepeatingTimer> autoSaveTimer_;

@@ -75,6 +75,7 @@ void RolandLibrary::load(const Path& location) {
   deletedWaves_.clear();
   pendingKitDeletions_.clear();
   stagedAudioFiles_.clear();
+  maybeFree_ = 0;
   begunWaves_.clear();
   lives_.openCard(volume_, resolvedRoot);
   ++loadCount_;

@@ -66,6 +66,7 @@ void RolandLibrary::endImport(const std::exception_ptr& error) {
 
 void RolandLibrary::startStaging(const ImportPlace& place) {
   isImporting_ = true;
+  maybeFree_ = waveId(place.bank, place.fileNumber);
   const Path staged = services_.stagingDir / bankFolder(place.bank) / place.fileName;
   auto error = std::make_shared<std::exception_ptr>();
   services_.jobs.start(
@@ -109,10 +110,11 @@ std::set<Path> RolandLibrary::stagedInUse() const {
 }
 
 std::optional<RolandLibrary::ImportPlace> RolandLibrary::importPlace(const Path& source) const {
-  WaveId free = waveId(firstUserBank, 0);
-  for (auto wave = std::ranges::lower_bound(waves_, free, {}, &Wave::id); wave != waves_.end() && wave->id() <= free;
-       ++wave) {
-    if (wave->id() == free) ++free;
+  WaveId free = std::max(waveId(firstUserBank, 0), maybeFree_);
+  for (auto wave = std::ranges::lower_bound(waves_, free, {}, &Wave::id); wave != waves_.end(); ++wave) {
+    const WaveId id = wave->id();
+    if (id > free) break;
+    if (id == free) ++free;
   }
   if (free > waveId(lastUserBank, wavesPerBank - 1)) return std::nullopt;
   const std::int64_t bank = free / wavesPerBank;
@@ -120,24 +122,30 @@ std::optional<RolandLibrary::ImportPlace> RolandLibrary::importPlace(const Path&
 }
 
 std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& wanted) const {
-  std::set<std::string> taken;
-  const auto take = [&](const Path& file) { taken.insert(fileNameKey(file.filename().native())); };
+  std::vector<std::string> taken;
+  const auto take = [&](std::string_view path) {
+    taken.push_back(fileNameKey(path.substr(path.find_last_of('/') + 1)));
+  };
   for (auto wave = std::ranges::lower_bound(waves_, waveId(bank, 0), {}, &Wave::id);
        wave != waves_.end() && wave->id() < waveId(bank + 1, 0); ++wave) {
     if (wave->bank == bank) take(wave->relativeAudioPath());
   }
+  const Path stagingFolder = services_.stagingDir / bankFolder(bank);
   for (const Path& file : stagedInUse()) {
-    if (file.parent_path() == services_.stagingDir / bankFolder(bank)) take(file);
+    if (file.parent_path() == stagingFolder) take(file.native());
   }
+  const Path folder = *rootURL_ / cardpaths::waveDataFolder(bank);
   try {
-    for (const std::string& name : services_.files.list(*rootURL_ / cardpaths::waveDataFolder(bank)))
-      take(name);
-  } catch (const FileError&) {
     // A folder that doesn't exist yet holds no names.
+    if (services_.files.status(folder).kind == FileKind::folder)
+      for (const std::string& name : services_.files.list(folder))
+        take(name);
+  } catch (const FileError&) {
+    // The save that can't read the folder either says so.
   }
   const Path name(wanted);
   std::string candidate = wanted;
-  for (int counter = 1; taken.contains(fileNameKey(candidate)); ++counter) {
+  for (int counter = 1; std::ranges::find(taken, fileNameKey(candidate)) != taken.end(); ++counter) {
     candidate = numbered(name.stem(), counter, name.extension());
   }
   return candidate;
@@ -182,6 +190,7 @@ void RolandLibrary::deleteWave(WaveId id) {
   if (!found || found->isFactory()) return;
   const Wave removed = *found;
   waves_.erase(waves_.begin() + (found - waves_.data()));
+  maybeFree_ = std::min(maybeFree_, id);
   // A pending sample leaves no trace, unless a save has begun to write its files: then they may be on the card.
   const bool isOnCard = !removed.isPending || begunWaves_.contains(id);
   begunWaves_.erase(id);

@@ -27,6 +27,14 @@ bool isFolder(const FileSystem& files, const Path& path) {
 FileError::FileError(std::error_code code, Path path)
     : code_(code), path_(std::move(path)), text_(errorText(code_, path_)) {}
 
+void OpenFile::append(OpenFile& source) {
+  // One buffer a thread: a backup copies thousands of small files.
+  constexpr std::size_t chunkSize = 256 * 1024;
+  thread_local std::string buffer(chunkSize, '\0');
+  while (const std::size_t count = source.read(buffer.data(), buffer.size()))
+    write(std::string_view(buffer).substr(0, count));
+}
+
 void makeFolders(FileSystem& files, const Path& folder) {
   std::vector<Path> missing;
   for (Path path = folder; !path.empty() && !isFolder(files, path); path = path.parent_path()) {

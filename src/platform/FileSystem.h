@@ -66,6 +66,8 @@ class OpenFile {
   virtual std::size_t read(char* buffer, std::size_t capacity) = 0;
   /// Appends all bytes or throws.
   virtual void write(std::string_view bytes) = 0;
+  /// Appends what is left of `source`.
+  virtual void append(OpenFile& source);
   /// Waits for the pages that an earlier call sent to the device, then sends what was written since, without asking the
   /// device to flush: called twice, all of it has arrived there. Where the platform has no such call this is `sync`.
   virtual void startWriteback() = 0;
