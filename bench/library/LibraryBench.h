@@ -27,6 +27,7 @@ struct DiskStore {
 bool measureLoad(const Path& card, const Path& place);
 bool measureBackup(const Path& card, const Path& place);
 bool measureImport(const Path& place);
+bool measureImportCopy(const Path& place);
 bool measureEdit(const Path& card, const Path& place);
 
 }  // namespace tamboro::bench

@@ -17,6 +17,12 @@ inline void use(const void* result) {
 struct Duration {
   double wall = 1e9;
   double processor = 1e9;
+
+  /// A disturbance only ever adds.
+  void keepBest(const Duration& next) {
+    wall = std::min(wall, next.wall);
+    processor = std::min(processor, next.processor);
+  }
 };
 
 inline double processorSeconds() {
@@ -33,19 +39,16 @@ inline Duration duration(const std::function<void()>& work) {
   return {std::chrono::duration<double>(std::chrono::steady_clock::now() - wall).count(), used};
 }
 
-/// How many times as long `work` takes as `floor`. The two take turns, and the best of each counts: a disturbance only
-/// ever adds. The first round only warms up.
+/// How many times as long `work` takes as `floor`. The two take turns, and the best of each counts. The first round
+/// only warms up.
 inline Duration ratio(const char* name, int rounds, const std::function<void()>& work,
                       const std::function<void()>& floor) {
-  const auto keepBest = [](Duration& best, const Duration& next) {
-    best = {std::min(best.wall, next.wall), std::min(best.processor, next.processor)};
-  };
   work();
   floor();
   Duration ours, theirs;
   for (int i = 0; i < rounds; ++i) {
-    keepBest(theirs, duration(floor));
-    keepBest(ours, duration(work));
+    theirs.keepBest(duration(floor));
+    ours.keepBest(duration(work));
   }
   std::fprintf(stderr, "%s: %.3f ms against %.3f ms; processor %.3f against %.3f\n", name, ours.wall * 1e3,
                theirs.wall * 1e3, ours.processor * 1e3, theirs.processor * 1e3);

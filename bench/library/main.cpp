@@ -18,6 +18,7 @@ bool run(const Path& place) {
   bool kept = measureLoad(card, place);
   kept &= measureEdit(card, place);
   kept &= measureImport(place);
+  kept &= measureImportCopy(place);
   kept &= measureBackup(card, place);
   return kept;
 }

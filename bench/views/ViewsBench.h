@@ -69,5 +69,8 @@ class PaintCount : public QObject {
 bool measureKitSelection(const Path& card, const Path& place);
 bool measureEffectStep(const Path& card, const Path& place);
 bool measureKitScrolling(const Path& manyKits, const Path& place);
+bool measureSampleSearch(const Path& card, const Path& place);
+bool measureSampleScrolling(const Path& card, const Path& place);
+bool measureFirstPaint(const Path& card, const Path& place);
 
 }  // namespace tamboro::bench

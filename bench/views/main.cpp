@@ -19,6 +19,9 @@ bool run(const std::filesystem::path& place) {
   bool kept = measureKitSelection(place / "card", place);
   kept &= measureEffectStep(place / "card", place);
   kept &= measureKitScrolling(place / "manyKits", place);
+  kept &= measureSampleSearch(place / "card", place);
+  kept &= measureSampleScrolling(place / "card", place);
+  kept &= measureFirstPaint(place / "card", place);
   return kept;
 }
 
