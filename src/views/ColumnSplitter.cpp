@@ -13,11 +13,11 @@ namespace {
 constexpr std::array<int, 3> minimumWidths{190, 520, 400};
 constexpr std::array<int, 3> firstWidths{204, 568, 426};
 
-/// With a large font, no wider than what the screen has for the two columns that always stand.
+/// What a large font needs more is no more than what the screen has for the two columns that always stand.
 int narrowest(std::size_t column) {
   const int room = QGuiApplication::primaryScreen()->availableSize().width() - 2;
   const int both = Look::px(minimumWidths[1]) + Look::px(minimumWidths[2]);
-  return Look::px(minimumWidths[column]) * std::min(room, both) / both;
+  return std::max(minimumWidths[column], Look::px(minimumWidths[column]) * std::min(room, both) / both);
 }
 }  // namespace
 

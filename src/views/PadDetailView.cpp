@@ -159,14 +159,14 @@ QWidget* PadDetailView::makePan(const QString& objectName, const QString& title,
 
 QWidget* PadDetailView::makeSlider(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
                                    std::int64_t zero, RealSetter setter, std::function<QString(double)> format) {
-  auto* slider = new ThrottledSlider(objectName, {.title = title,
-                                                  .scale = {.lower = static_cast<double>(leaf.lower),
-                                                            .upper = static_cast<double>(leaf.upper),
-                                                            .zero = static_cast<double>(zero)},
-                                                  .format = std::move(format),
-                                                  .commit = [this, setter](double value) {
-                                                    commit([&] { (store_.*setter)(kitSlot_, padIndex_, value); });
-                                                  }});
+  const ValueSlider::Scale scale{.lower = static_cast<double>(leaf.lower),
+                                     .upper = static_cast<double>(leaf.upper),
+                                     .zero = static_cast<double>(zero)};
+  std::function<void(double)> write = [this, setter](double value) {
+    commit([&] { (store_.*setter)(kitSlot_, padIndex_, value); });
+  };
+  auto* slider = new ThrottledSlider(
+      objectName, {.title = title, .scale = scale, .format = std::move(format), .commit = std::move(write)});
   sliders_.push_back(slider);
   fills_.emplace_back([slider, leaf](const Pad& pad) { slider->setValue(static_cast<double>(leaf.read(pad.node))); });
   return slider;

@@ -3,6 +3,7 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPainterPath>
 #include <QPushButton>
@@ -89,6 +90,8 @@ void LookStyle::polish(QWidget* widget) {
     widget->setAttribute(Qt::WA_Hover);
   // Overlaid on the content, the bar must let it through.
   if (qobject_cast<QScrollBar*>(widget)) widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
+  // The toolkit's label of tooltips, whose class is not public: names in them are no markup.
+  if (widget->inherits("QTipLabel")) static_cast<QLabel*>(widget)->setTextFormat(Qt::PlainText);
   if (takesWheelOnlyFocused(widget)) {
     if (widget->focusPolicy() == Qt::WheelFocus) widget->setFocusPolicy(Qt::StrongFocus);
     widget->installEventFilter(this);
@@ -204,7 +207,7 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
       const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
       if (!item) break;
       if (item->menuItemType == QStyleOptionMenuItem::Separator) return QSize(10, 9);
-      const int mark = item->menuHasCheckableItems ? Look::px(20) : 0;
+      const int mark = markWidth(*item);
       const int behind = item->text.contains(QLatin1Char('\t')) || item->reservedShortcutWidth > 0 ? Look::px(24) : 0;
       return QSize(contents.width() + mark + behind + Look::px(28), Look::px(26));
     }

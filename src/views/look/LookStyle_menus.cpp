@@ -37,6 +37,12 @@ void LookStyle::drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& pa
                    option.text);
 }
 
+/// A picker's list marks its chosen row without saying that it holds rows to check.
+int LookStyle::markWidth(const QStyleOptionMenuItem& option) {
+  const bool isMarked = option.menuHasCheckableItems || option.checkType != QStyleOptionMenuItem::NotCheckable;
+  return isMarked ? Look::px(20) : 0;
+}
+
 void LookStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter, const QWidget* widget) const {
   const Look& look = Look::current();
   painter.save();
@@ -48,7 +54,7 @@ void LookStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& paint
   }
   const bool isEnabled = option.state & State_Enabled;
   if (isEnabled && option.state & State_Selected) paintBox(painter, row, controlRadius, look.rowSelected);
-  const int mark = option.menuHasCheckableItems ? Look::px(20) : 0;
+  const int mark = markWidth(option);
   const QRect inside = row.adjusted(Look::px(10), 0, -Look::px(10), 0);
   const QColor text = !isEnabled ? look.disabledText : isDestructive(widget, option.rect) ? look.danger : look.primary;
   if (option.checked) {
