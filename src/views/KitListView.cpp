@@ -206,17 +206,13 @@ void KitListView::openMenu(const RowKey& row, const QPoint& position) {
 
 void KitListView::rename(const RowKey& row) {
   const Kit* kit = store_.kit(row.record);
-  QLineEdit* open = list_->field(row);
   if (!kit) return;
-  QLineEdit* field = list_->openField(row, QString::fromStdString(kit->name()));
-  if (!field || field == open) return;
-  field->setObjectName(QStringLiteral("kitNameField"));
-  field->setAccessibleName(QStringLiteral("Kit name"));
-  field->setPlaceholderText(QStringLiteral("Kit Name"));
-  connect(field, &QLineEdit::returnPressed, this, [this, row, field] {
-    store_.setKitName(row.record, field->text().toStdString());
-    list_->closeField(row);
-  });
+  list_->openField(row,
+                   {.objectName = QStringLiteral("kitNameField"),
+                    .accessibleName = QStringLiteral("Kit name"),
+                    .placeholder = QStringLiteral("Kit Name"),
+                    .text = QString::fromStdString(kit->name())},
+                   [this, row](const QString& name) { store_.setKitName(row.record, name.toStdString()); });
 }
 
 void KitListView::duplicateKit(Slot slot) {

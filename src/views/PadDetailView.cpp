@@ -160,8 +160,8 @@ QWidget* PadDetailView::makePan(const QString& objectName, const QString& title,
 QWidget* PadDetailView::makeSlider(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
                                    std::int64_t zero, RealSetter setter, std::function<QString(double)> format) {
   const ValueSlider::Scale scale{.lower = static_cast<double>(leaf.lower),
-                                     .upper = static_cast<double>(leaf.upper),
-                                     .zero = static_cast<double>(zero)};
+                                 .upper = static_cast<double>(leaf.upper),
+                                 .zero = static_cast<double>(zero)};
   std::function<void(double)> write = [this, setter](double value) {
     commit([&] { (store_.*setter)(kitSlot_, padIndex_, value); });
   };

@@ -84,15 +84,12 @@ void WaveBrowserView::rename(const RowKey& row) {
   }
   const Wave* wave = store_.wave(row.record);
   if (!wave) return;
-  QLineEdit* field = list_->openField(row, QString::fromStdString(wave->name()));
-  if (!field) return;
-  field->setObjectName(QStringLiteral("waveNameField"));
-  field->setAccessibleName(QStringLiteral("Name"));
-  field->setPlaceholderText(QStringLiteral("Name"));
-  connect(field, &QLineEdit::returnPressed, this, [this, row, field] {
-    store_.setWaveName(row.record, field->text().toStdString());
-    list_->closeField(row);
-  });
+  list_->openField(row,
+                   {.objectName = QStringLiteral("waveNameField"),
+                    .accessibleName = QStringLiteral("Name"),
+                    .placeholder = QStringLiteral("Name"),
+                    .text = QString::fromStdString(wave->name())},
+                   [this, row](const QString& name) { store_.setWaveName(row.record, name.toStdString()); });
 }
 
 // ---- menus

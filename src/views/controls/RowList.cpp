@@ -224,19 +224,31 @@ void RowList::currentChanged(const QModelIndex& current, const QModelIndex& prev
 
 // ---- fields and details over rows
 
-QLineEdit* RowList::openField(const RowKey& key, const QString& text) {
+void RowList::openField(const RowKey& key, const Field& texts, std::function<void(const QString&)> commit) {
   const QModelIndex index = rows_->indexOf(key);
-  if (!index.isValid()) return nullptr;
-  auto& field = fields_[key];
-  if (!field) field = new RowField(*this);
-  field->setText(text);
+  if (!index.isValid()) return;
+  QLineEdit* open = field(key);
+  if (!open) open = makeField(key, texts, std::move(commit));
+  open->setText(texts.text);
   reveal(key);
   updateEditorGeometries();
-  field->show();
-  field->selectAll();
-  field->setFocus();
+  open->show();
+  open->selectAll();
+  open->setFocus();
   updateRow(index.row());
-  return field;
+}
+
+QLineEdit* RowList::makeField(const RowKey& key, const Field& texts, std::function<void(const QString&)> commit) {
+  auto* made = new RowField(*this);
+  made->setObjectName(texts.objectName);
+  made->setAccessibleName(texts.accessibleName);
+  made->setPlaceholderText(texts.placeholder);
+  connect(made, &QLineEdit::returnPressed, this, [this, key, made, commit = std::move(commit)] {
+    commit(made->text());
+    closeField(key);
+  });
+  fields_[key] = made;
+  return made;
 }
 
 void RowList::closeField(const RowKey& key) {

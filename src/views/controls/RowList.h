@@ -30,9 +30,12 @@ class RowList : public QAbstractItemView {
   /// The column with the row's name, where the keyboard stands unless it was moved to a control of the row.
   void setMainColumn(int column) { mainColumn_ = column; }
 
-  /// A field over the row's name. It stays open, wherever the focus goes, until it is closed or its row goes.
-  QLineEdit* openField(const RowKey& key, const QString& text);
-  void closeField(const RowKey& key);
+  struct Field {
+    QString objectName, accessibleName, placeholder, text;
+  };
+  /// A field over the row's name, or the one that stands there, with the text. It stays open, wherever the focus goes,
+  /// until Return commits what is in it or its row goes.
+  void openField(const RowKey& key, const Field& texts, std::function<void(const QString&)> commit);
   QLineEdit* field(const RowKey& key) const;
   QList<QLineEdit*> fields() const;
   /// Takes the widget that fills the detail row; it goes with its row.
@@ -116,6 +119,8 @@ class RowList : public QAbstractItemView {
   void announce(int event, const QModelIndex& index);
   std::optional<Place> place() const;
   void keepPlace(const std::optional<Place>& place);
+  QLineEdit* makeField(const RowKey& key, const Field& texts, std::function<void(const QString&)> commit);
+  void closeField(const RowKey& key);
   void keepKeyboard(const RowKey& key, int row, int column);
   void dropWidgetsOfGoneRows();
 
