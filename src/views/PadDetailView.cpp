@@ -163,7 +163,7 @@ QWidget* PadDetailView::makeSlider(const QString& objectName, const QString& tit
                                  .upper = static_cast<double>(leaf.upper),
                                  .zero = static_cast<double>(zero)};
   std::function<void(double)> write = [this, setter](double value) {
-    commit([&] { (store_.*setter)(kitSlot_, padIndex_, value); });
+    commit([&] { std::invoke(setter, store_, kitSlot_, padIndex_, value); });
   };
   auto* slider = new ThrottledSlider(
       objectName, {.title = title, .scale = scale, .format = std::move(format), .commit = std::move(write)});
