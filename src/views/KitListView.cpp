@@ -2,7 +2,6 @@
 
 #include <QAccessible>
 #include <QFile>
-#include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -10,6 +9,7 @@
 #include "library/RolandLibrary.h"
 #include "views/KitRowDelegate.h"
 #include "views/NewKitSheet.h"
+#include "views/controls/ContextMenu.h"
 #include "views/controls/QueuedRefresh.h"
 #include "views/controls/RowList.h"
 #include "views/controls/SearchField.h"
@@ -170,37 +170,24 @@ void KitListView::doubleClicked(const RowKey& row, const QPoint& place) {
 
 void KitListView::openMenu(const RowKey& row, const QPoint& position) {
   const Slot slot = row.record;
-  auto* menu = new QMenu(this);
-  menu->setObjectName(QStringLiteral("kitMenu"));
-  menu->setAccessibleName(QStringLiteral("Kit"));
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->setToolTipsVisible(true);
-  const auto add = [&](const char* objectName, const QString& title, const QString& help, auto run) {
-    QAction* entry = menu->addAction(title);
-    entry->setObjectName(QLatin1String(objectName));
-    entry->setToolTip(help);
-    entry->setWhatsThis(help);
-    connect(entry, &QAction::triggered, this, run);
-    return entry;
-  };
-  add("duplicateKit", QStringLiteral("Duplicate Kit"), QStringLiteral("Make a copy of this kit with all its pads"),
-      [this, slot] { duplicateKit(slot); });
-  add("copyPads", QStringLiteral("Copy Pads"), QStringLiteral("Copy all pads from this kit"),
-      [this, slot] { store_.copyPads(slot); });
+  auto* menu = new ContextMenu(QStringLiteral("kitMenu"), QStringLiteral("Kit"), this);
+  menu->add("duplicateKit", QStringLiteral("Duplicate Kit"),
+            QStringLiteral("Make a copy of this kit with all its pads"), [this, slot] { duplicateKit(slot); });
+  menu->add("copyPads", QStringLiteral("Copy Pads"), QStringLiteral("Copy all pads from this kit"),
+            [this, slot] { store_.copyPads(slot); });
   if (store_.copiedPads())
-    add("pastePads", QStringLiteral("Paste Pads"), QStringLiteral("Paste the copied pads here"),
-        [this, slot] { store_.pasteCopiedPads(slot); });
+    menu->add("pastePads", QStringLiteral("Paste Pads"), QStringLiteral("Paste the copied pads here"),
+              [this, slot] { store_.pasteCopiedPads(slot); });
   menu->addSeparator();
-  add("renameKit", QStringLiteral("Rename"), QStringLiteral("Double-click to rename directly"),
-      [this, row] { rename(row); });
-  add("exportKit", QStringLiteral("Export Kit…"),
-      QStringLiteral("Save this kit and the samples it uses as a standalone folder, for backup or sharing"),
-      [this, slot] { chooseExportFolder(slot); });
+  menu->add("renameKit", QStringLiteral("Rename"), QStringLiteral("Double-click to rename directly"),
+            [this, row] { rename(row); });
+  menu->add("exportKit", QStringLiteral("Export Kit…"),
+            QStringLiteral("Save this kit and the samples it uses as a standalone folder, for backup or sharing"),
+            [this, slot] { chooseExportFolder(slot); });
   menu->addSeparator();
-  setControlLook(
-      *add("deleteKit", QStringLiteral("Delete Kit"), QStringLiteral("This can't be undone until you save to SPD-SX"),
-           [this, slot] { confirmDelete(slot); }),
-      ControlLook::destructive);
+  menu->addDestructive("deleteKit", QStringLiteral("Delete Kit"),
+                       QStringLiteral("This can't be undone until you save to SPD-SX"),
+                       [this, slot] { confirmDelete(slot); });
   menu->popup(position);
 }
 

@@ -1,48 +1,27 @@
-#include <QMenu>
-
 #include "model/PadLayout.h"
 #include "views/PadCell.h"
-#include "views/look/LookStyle.h"
+#include "views/controls/ContextMenu.h"
 
 namespace tamboro {
 
-namespace {
-
-template<class Action>
-QAction* addRow(QMenu& menu, const QString& title, const QString& help, const Action& action) {
-  QAction* row = menu.addAction(title);
-  row->setToolTip(help);
-  QObject::connect(row, &QAction::triggered, menu.parent(), action);
-  return row;
-}
-
-}  // namespace
-
 void PadCell::openMenu(const QPoint& globalPosition) {
-  auto* menu = new QMenu(this);
-  menu->setObjectName(QStringLiteral("padMenu"));
-  menu->setAccessibleName(accessibleName());
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->setToolTipsVisible(true);
+  auto* menu = new ContextMenu(QStringLiteral("padMenu"), accessibleName(), this);
   if (const Wave* wave = sound()) {
-    addRow(*menu, QStringLiteral("Copy Sound"), QStringLiteral("Copy this sound to paste onto other pads"),
-           [this, id = wave->id()] { store_.setCopiedWaveIndex(id); });
-    addRow(*menu, QStringLiteral("Play"), QStringLiteral("Preview the sound"), [this] { play(); });
+    menu->add("copySound", QStringLiteral("Copy Sound"), QStringLiteral("Copy this sound to paste onto other pads"),
+              [this, id = wave->id()] { store_.setCopiedWaveIndex(id); });
+    menu->add("playSound", QStringLiteral("Play"), QStringLiteral("Preview the sound"), [this] { play(); });
     menu->addSeparator();
-    setControlLook(
-        *addRow(*menu, QStringLiteral("Remove Sound from Pad"), QStringLiteral("Delete the sound from this pad"),
-                [this] { store_.removePadSound(kitSlot_, padIndex_); }),
-        ControlLook::destructive);
+    menu->addDestructive("removeSound", QStringLiteral("Remove Sound from Pad"),
+                         QStringLiteral("Delete the sound from this pad"),
+                         [this] { store_.removePadSound(kitSlot_, padIndex_); });
   }
   if (const auto copied = store_.copiedWaveIndex())
-    addRow(*menu, QStringLiteral("Paste Sound"), QStringLiteral("Paste the copied sound here"),
-           [this, id = *copied] { store_.setPadSound(kitSlot_, padIndex_, id); });
+    menu->add("pasteSound", QStringLiteral("Paste Sound"), QStringLiteral("Paste the copied sound here"),
+              [this, id = *copied] { store_.setPadSound(kitSlot_, padIndex_, id); });
   menu->addSeparator();
   addExchangeMenu(*menu);
-  setControlLook(
-      *addRow(*menu, QStringLiteral("Reset Pad"),
-              QStringLiteral("Removes the sound and resets all settings to default"), [this] { askReset(); }),
-      ControlLook::destructive);
+  menu->addDestructive("resetPad", QStringLiteral("Reset Pad"),
+                       QStringLiteral("Removes the sound and resets all settings to default"), [this] { askReset(); });
   menu->popup(globalPosition);
 }
 

@@ -12,6 +12,7 @@
 #include "views/WaveBrowserView.h"
 #include "views/WaveImports.h"
 #include "views/WaveRowDelegate.h"
+#include "views/controls/ContextMenu.h"
 #include "views/controls/Labels.h"
 #include "views/controls/RowList.h"
 
@@ -123,23 +124,13 @@ void WaveBrowserView::openTagMenu(const RowKey& row) {
 
 void WaveBrowserView::openMenu(const RowKey& row, const QPoint& position) {
   const WaveId id = row.record;
-  auto* menu = new QMenu(this);
-  menu->setObjectName(QStringLiteral("waveMenu"));
-  menu->setAccessibleName(QStringLiteral("Sound"));
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->setToolTipsVisible(true);
-  const auto add = [&](const char* objectName, const QString& title, const QString& help, auto run) {
-    QAction* entry = menu->addAction(title);
-    entry->setObjectName(QLatin1String(objectName));
-    entry->setToolTip(help);
-    entry->setWhatsThis(spokenKeys(help));
-    connect(entry, &QAction::triggered, this, run);
-  };
-  add("addToPad", QStringLiteral("Add to Selected Pad"), addHelp_, [this, id] { addToPad(id); });
-  add("copySound", QStringLiteral("Copy Sound"), QStringLiteral("Copy to paste onto another pad later (⌘V)"),
-      [this, id] { store_.setCopiedWaveIndex(id); });
-  add("duplicateSound", QStringLiteral("Duplicate Sound"), QStringLiteral("Make a copy of this sound with a new name"),
-      [this, id] { store_.duplicateWave(id, [](const std::exception_ptr&) {}); });
+  auto* menu = new ContextMenu(QStringLiteral("waveMenu"), QStringLiteral("Sound"), this);
+  menu->add("addToPad", QStringLiteral("Add to Selected Pad"), addHelp_, [this, id] { addToPad(id); });
+  menu->add("copySound", QStringLiteral("Copy Sound"), QStringLiteral("Copy to paste onto another pad later (⌘V)"),
+            [this, id] { store_.setCopiedWaveIndex(id); });
+  menu->add("duplicateSound", QStringLiteral("Duplicate Sound"),
+            QStringLiteral("Make a copy of this sound with a new name"),
+            [this, id] { store_.duplicateWave(id, [](const std::exception_ptr&) {}); });
   menu->popup(position);
 }
 

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QMenu>
+#include <functional>
+
+namespace tamboro {
+
+/// The menu of a row or a pad, which goes when it closes. Its entries tell what they do as tooltips and to assistive
+/// tools.
+class ContextMenu : public QMenu {
+  Q_OBJECT
+
+ public:
+  ContextMenu(const QString& objectName, const QString& accessibleName, QWidget* parent);
+
+  /// `run` lives no longer than the parent.
+  QAction* add(const char* objectName, const QString& title, const QString& help, const std::function<void()>& run);
+  QAction* addDestructive(const char* objectName, const QString& title, const QString& help,
+                          const std::function<void()>& run);
+};
+
+}  // namespace tamboro
