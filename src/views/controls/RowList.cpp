@@ -90,9 +90,11 @@ void RowList::setRows(std::vector<RowKey> rows, const std::set<RowKey>& changed)
     keepPlace(kept);
     announce(QAccessible::ObjectReorder, {});
     viewport()->update();
-  } else if (QAccessible::isActive()) {
-    for (const RowKey& key : changed)
-      announce(QAccessible::NameChanged, rows_->indexOf(key));
+  } else if (QAccessible::isActive() && !changed.empty()) {
+    // One pass: to look for each row from the top would take its time with thousands of them.
+    for (int place = 0; place < rows_->rowCount(); ++place)
+      if (changed.contains(rows_->rows()[static_cast<std::size_t>(place)]))
+        announce(QAccessible::NameChanged, rows_->index(place, mainColumn_));
   }
 }
 
