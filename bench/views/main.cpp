@@ -1,8 +1,6 @@
 // What the screens cost, painted for real into windows that no display shows, on a card of 100 kits and 10,000 samples
 // and one of 1,000 kits. The cards lie in memory; another folder can be given.
 
-#include <unistd.h>
-
 #include <QApplication>
 #include <QStandardPaths>
 
@@ -32,13 +30,5 @@ int main(int argc, char** argv) {
   QStandardPaths::setTestModeEnabled(true);
   QApplication application(argc, argv);
   tamboro::LookStyle::install(application);
-  const std::filesystem::path memory = "/dev/shm";
-  const auto parent = argc > 1                          ? std::filesystem::path(argv[1])
-                      : std::filesystem::exists(memory) ? memory
-                                                        : std::filesystem::temp_directory_path();
-  std::string place = parent / "tamboro-bench-XXXXXX";
-  if (::mkdtemp(place.data()) == nullptr) return 2;
-  const bool kept = run(place);
-  std::filesystem::remove_all(place);
-  return kept ? 0 : 1;
+  return tamboro::bench::inFreshFolder(argc, argv, run);
 }

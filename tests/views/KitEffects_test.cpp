@@ -12,21 +12,16 @@
 #include "support/TestStore.h"
 #include "views/FXParamRow.h"
 #include "views/KitEffectsView.h"
+#include "views/Settle.h"
 #include "views/controls/DisclosureGroup.h"
 
 namespace tamboro::test {
 namespace {
 
+using test::settle;
+
 using Kind = FXParamDef::Kind;
 constexpr Slot rock = 1;
-
-void settle() {
-  for (int turn = 0; turn < 3; ++turn) {
-    QApplication::sendPostedEvents();
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QApplication::processEvents();
-  }
-}
 
 TEST(FXParam, NumbersAreShownAsStoredAndControlsAtTheNearestPlace) {
   static constexpr std::string_view three[] = {"a", "b", "c"};

@@ -15,6 +15,7 @@
 #include "views/HandPrompts.h"
 #include "views/KitListView.h"
 #include "views/NewKitSheet.h"
+#include "views/Settle.h"
 #include "views/controls/RowList.h"
 
 namespace tamboro::test {
@@ -101,13 +102,7 @@ struct Sidebar {
     window.activateWindow();
     settle();
   }
-  static void settle() {
-    for (int turn = 0; turn < 3; ++turn) {
-      QApplication::sendPostedEvents();
-      QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-      QApplication::processEvents();
-    }
-  }
+  static void settle() { test::settle(); }
   /// Headers in brackets, rows by slot.
   std::string rows() const {
     std::string text;

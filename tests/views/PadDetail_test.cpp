@@ -12,6 +12,7 @@
 #include "support/TestStore.h"
 #include "views/PadDetailView.h"
 #include "views/SetAllPadSheet.h"
+#include "views/Settle.h"
 #include "views/controls/DisclosureGroup.h"
 #include "views/controls/RawEnumPicker.h"
 #include "views/look/LookPaint.h"
@@ -19,16 +20,10 @@
 namespace tamboro::test {
 namespace {
 
+using test::settle;
+
 constexpr Slot rock = 1;
 constexpr Slot odd = 4;
-
-void settle() {
-  for (int turn = 0; turn < 3; ++turn) {
-    QApplication::sendPostedEvents();
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QApplication::processEvents();
-  }
-}
 
 /// Chooses a row as the menu itself does it when a row is clicked.
 void choose(QComboBox& menu, const QString& text) {

@@ -17,6 +17,7 @@
 #include "support/TestStore.h"
 #include "views/BatchRenameSheet.h"
 #include "views/HandPrompts.h"
+#include "views/Settle.h"
 #include "views/WaveBrowserView.h"
 #include "views/WaveRowDelegate.h"
 #include "views/controls/MenuPicker.h"
@@ -64,13 +65,7 @@ struct Browser {
     window.activateWindow();
     settle();
   }
-  static void settle() {
-    for (int turn = 0; turn < 3; ++turn) {
-      QApplication::sendPostedEvents();
-      QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-      QApplication::processEvents();
-    }
-  }
+  static void settle() { test::settle(); }
   template<class Widget = QWidget>
   Widget* find(const char* name) const {
     return view.findChild<Widget*>(q(name));
