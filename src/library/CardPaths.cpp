@@ -37,10 +37,6 @@ std::optional<std::int64_t> integerBetween(std::string_view prefix, std::string_
   return integer(name);
 }
 
-Path waveDataRoot() {
-  return "WAVE/DATA";
-}
-
 }  // namespace
 
 Path kitFolder() {
@@ -49,6 +45,10 @@ Path kitFolder() {
 
 Path kitFile(std::int64_t slot) {
   return kitFolder() / ("kit" + padded("%03lld", slot) + ".spd");
+}
+
+Path waveFolder() {
+  return "WAVE";
 }
 
 Path waveParameterRoot() {
@@ -61,6 +61,10 @@ Path waveParameterFolder(std::int64_t bank) {
 
 Path waveParameterFile(std::int64_t bank, std::int64_t file) {
   return waveParameterFolder(bank) / (padded("%02lld", file) + ".spd");
+}
+
+Path waveDataRoot() {
+  return "WAVE/DATA";
 }
 
 Path waveDataFolder(std::int64_t bank) {

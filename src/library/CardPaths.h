@@ -12,9 +12,11 @@ namespace tamboro::cardpaths {
 
 Path kitFolder();                                              ///< KIT
 Path kitFile(std::int64_t slot);                               ///< KIT/kitNNN.spd
+Path waveFolder();                                             ///< WAVE
 Path waveParameterRoot();                                      ///< WAVE/PRM
 Path waveParameterFolder(std::int64_t bank);                   ///< WAVE/PRM/BB
 Path waveParameterFile(std::int64_t bank, std::int64_t file);  ///< WAVE/PRM/BB/FF.spd
+Path waveDataRoot();                                           ///< WAVE/DATA
 Path waveDataFolder(std::int64_t bank);                        ///< WAVE/DATA/BB
 Path systemFolder();                                           ///< SYSTEM
 Path tagListFile();                                            ///< SYSTEM/tag_list.spd

@@ -18,8 +18,19 @@ constexpr std::size_t banksWorthAThread = 8;
 std::vector<std::string> listed(const FileSystem& card, const Path& folder) {
   try {
     return card.list(folder);
-  } catch (const FileError&) {
+  } catch (const FileError& error) {
+    if (error.code() != std::errc::no_such_file_or_directory && error.code() != std::errc::not_a_directory) throw;
     return {};
+  }
+}
+
+SpdDocument parsed(const std::string& bytes, const Path& file, KnownFiles& known) {
+  try {
+    SpdDocument document = SpdDocument::parse(bytes);
+    known.note(file, contentHash(bytes));
+    return document;
+  } catch (const SpdParseError& error) {
+    throw DamagedFile(error, file);
   }
 }
 
@@ -29,13 +40,13 @@ class FolderReader {
  public:
   FolderReader(const FileSystem& card, Path folder) : folder_(std::move(folder)), files_(card.rooted(folder_)) {}
 
-  SpdDocument read(const std::string& name, std::string& buffer) const {
+  SpdDocument read(const std::string& name, std::string& buffer, KnownFiles& known) const {
     try {
       files_->read(name, buffer);
     } catch (const FileError& error) {
       throw FileError(error.code(), folder_ / name);
     }
-    return SpdDocument::parse(buffer);
+    return parsed(buffer, folder_ / name, known);
   }
 
  private:
@@ -97,7 +108,7 @@ void readKits(const FileSystem& card, CardContent& content) {
   for (const std::string& name : names) {
     const auto slot = cardpaths::slotOfKitFile(name);
     if (!slot) continue;
-    SpdDocument document = reader.read(name, buffer);
+    SpdDocument document = reader.read(name, buffer, content.known);
     content.kits.push_back({*slot, document.root, false});
     docs.add(*slot, std::move(document), [&] { return name == cardpaths::kitFile(*slot).filename(); });
   }
@@ -113,6 +124,7 @@ struct Bank {
 struct Samples {
   std::vector<Wave> waves;
   Documents docs;
+  KnownFiles known;
 };
 
 void readBank(const FileSystem& card, const Bank& bank, std::string& buffer, Samples& samples) {
@@ -123,7 +135,7 @@ void readBank(const FileSystem& card, const Bank& bank, std::string& buffer, Sam
   for (const std::string& name : names) {
     const auto number = cardpaths::numberOfWaveFile(name);
     if (!number) continue;
-    SpdDocument document = reader.read(name, buffer);
+    SpdDocument document = reader.read(name, buffer, samples.known);
     samples.waves.push_back({bank.number, *number, document.root, false, false});
     samples.docs.add(samples.waves.back().id(), std::move(document),
                      [&] { return path / name == cardpaths::waveParameterFile(bank.number, *number); });
@@ -154,6 +166,8 @@ void readSamples(const FileSystem& card, CardContent& content) {
   Samples later = rest.get();
   std::ranges::move(later.waves, std::back_inserter(samples.waves));
   samples.docs.take(std::move(later.docs));
+  content.known.take(samples.known);
+  content.known.take(later.known);
   content.waves = std::move(samples.waves);
   content.waveDocs = std::move(samples.docs).all();
   sortRecords(content.waves, content.waveDocs, [](const Wave& wave) { return wave.id(); });
@@ -162,12 +176,13 @@ void readSamples(const FileSystem& card, CardContent& content) {
 }  // namespace
 
 CardContent readCard(const FileSystem& card) {
-  CardContent content{{}, {}, {}, {}, {SpdNode::selfClosing({}), LineSeparator::lf, {}}};
+  CardContent content{{}, {}, {}, {}, {SpdNode::selfClosing({}), LineSeparator::lf, {}}, {}};
   readKits(card, content);
   readSamples(card, content);
   std::string buffer;
   card.read(cardpaths::tagListFile(), buffer);
-  content.tagListDoc = SpdDocument::parse(buffer);
+  content.tagListDoc = parsed(buffer, cardpaths::tagListFile(), content.known);
+  content.known.settle();
   return content;
 }
 

@@ -47,40 +47,44 @@ void addOnce(std::vector<Path>& paths, const Path& path) {
   if (std::ranges::find(paths, path) == paths.end()) paths.push_back(path);
 }
 
-// The removed file, still open; nothing where it can't be removed or is no regular file.
+// The removed file, still open; nothing where none is there.
 std::unique_ptr<OpenFile> removeHeld(FileSystem& card, const Path& path) {
-  try {
-    if (card.entryStatus(path).kind != FileKind::regular) return nullptr;
-    std::unique_ptr<OpenFile> file = card.open(path);
-    card.removeFile(path);
-    return file;
-  } catch (const FileError&) {
-    return nullptr;
-  }
+  if (card.entryStatus(path).kind != FileKind::regular) return nullptr;
+  std::unique_ptr<OpenFile> file = card.open(path);
+  card.removeFile(path);
+  return file;
 }
 
 // Step 1. A plain removal would free clusters that the next write fills while the old name still stands on the device:
 // after a cut the deleted file would be back with foreign content. A folder is synced before the next one is changed,
 // so that parameters go before the audio that they name.
-void carryOutRemovals(FileSystem& card, const std::vector<Path>& removals) {
+FailedRemovals carryOutRemovals(FileSystem& card, const std::vector<PlannedRemoval>& removals) {
+  FailedRemovals failed;
   Files held;
   Path changed;
   const auto syncChanged = [&] {
     if (!changed.empty()) syncFolder(card, changed);
     changed.clear();
   };
-  for (const Path& path : removals) {
+  for (const auto& [path, deletion, isParameterFile] : removals) {
+    if (failed.deletions.contains(deletion)) continue;  // a sample goes whole or stays whole
     if (changed != folderOf(path)) syncChanged();
     if (held.size() == removalsHeld) {
       syncChanged();
       held.clear();
     }
-    if (std::unique_ptr<OpenFile> file = removeHeld(card, path)) {
-      held.push_back(std::move(file));
-      changed = folderOf(path);
+    try {
+      if (std::unique_ptr<OpenFile> file = removeHeld(card, path)) {
+        held.push_back(std::move(file));
+        changed = folderOf(path);
+      }
+    } catch (const FileError&) {
+      failed.deletions.insert(deletion);
+      if (!failed.error) failed.error = std::current_exception();
     }
   }
   syncChanged();
+  return failed;
 }
 
 // Carries out one batch: steps 2 to 9.
@@ -318,13 +322,14 @@ void BatchWriter::tidy() {
 
 }  // namespace
 
-void writeToCard(FileSystem& card, const FileSystem& files, const SavePlan& plan) {
+FailedRemovals writeToCard(FileSystem& card, const FileSystem& files, const SavePlan& plan) {
   const std::vector<SaveBatch> batches = cutIntoBatches(card, files, plan);
   const std::unique_ptr<OpenFile> root = card.open(".");
   const std::unique_ptr<OpenFile> unchanged = card.open(cardpaths::systemFolder());
-  carryOutRemovals(card, plan.removals);
+  FailedRemovals failed = carryOutRemovals(card, plan.removals);
   for (const SaveBatch& batch : batches)
     BatchWriter(card, files, *root, *unchanged, batch).run();
+  return failed;
 }
 
 }  // namespace tamboro

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "library/CardCheck.h"
 #include "library/CardPaths.h"
 #include "library/FileCopy.h"
-#include "library/SaveJob.h"
 #include "library/SavePlan.h"
 
 namespace tamboro {
@@ -43,9 +43,9 @@ class KitExporter {
   void holdCard() {
     const auto needsCard = [](const Wave& wave) { return audioOnCard(wave).has_value(); };
     if (std::ranges::none_of(values_.waves, needsCard)) return;
-    requireSameVolume(files_, values_.root, values_.volume);
+    requireSameCard(files_, values_.root, values_.serial, values_.known);
     card_ = files_.rooted(values_.root);
-    requireSameVolume(*card_, ".", values_.volume);
+    requireSameCard(*card_, ".", values_.serial, values_.known);
   }
 
   // An export never writes the card's own file: a destination such as its KIT folder, or one that holds a link into

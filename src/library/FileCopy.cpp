@@ -1,5 +1,7 @@
 #include "library/FileCopy.h"
 
+#include <algorithm>
+
 #include "text/Unicode.h"
 
 namespace tamboro {
@@ -30,6 +32,10 @@ void removeQuietly(FileSystem& files, const Path& file) {
 
 Path folderOf(const Path& path) {
   return path.has_parent_path() ? path.parent_path() : Path(".");
+}
+
+bool isInside(const Path& place, const Path& folder) {
+  return std::mismatch(folder.begin(), folder.end(), place.begin(), place.end()).first == folder.end();
 }
 
 std::string fileKey(const Path& path) {

@@ -10,6 +10,8 @@ namespace tamboro {
 
 /// The folder of a relative path; "." where it has none.
 Path folderOf(const Path& path);
+/// Whether a resolved path is the resolved folder or lies in it.
+bool isInside(const Path& place, const Path& folder);
 /// Equal keys: on a FAT volume the two paths may be one file. Case, canonical form and points and blanks at the end of
 /// a name don't count.
 std::string fileKey(const Path& path);

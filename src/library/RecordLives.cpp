@@ -4,11 +4,11 @@
 
 namespace tamboro {
 
-void RecordLives::openCard(const VolumeIdentity& volume, const Path& root) {
+void RecordLives::openCard(const std::string& identity, const Path& root) {
   const auto known = std::find_if(cards_.begin(), cards_.end(),
-                                  [&](const Card& card) { return card.volume == volume && card.root == root; });
+                                  [&](const Card& card) { return card.identity == identity && card.root == root; });
   card_ = static_cast<std::size_t>(known - cards_.begin());
-  if (known == cards_.end()) cards_.push_back({volume, root, {}});
+  if (known == cards_.end()) cards_.push_back({identity, root, {}});
   now_ = cards_[card_].onCard;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "platform/FileSystem.h"
@@ -26,7 +27,10 @@ class RecordLives {
   };
 
   /// A card has been read: its keys have the lives that were last saved to it.
-  void openCard(const VolumeIdentity& volume, const Path& root);
+  /// `identity` tells it from another card at the same place.
+  void openCard(const std::string& identity, const Path& root);
+  /// What a card without a serial number is known by has changed with what was saved to it.
+  void setIdentity(std::size_t card, const std::string& identity) { cards_.at(card).identity = identity; }
   /// The key's record has gone or a new one has taken it.
   void renew(Kind kind, std::int64_t key);
   /// The state has been written to the card it was taken from.
@@ -40,7 +44,7 @@ class RecordLives {
 
  private:
   struct Card {
-    VolumeIdentity volume;
+    std::string identity;
     Path root;
     State onCard;
   };

@@ -118,6 +118,23 @@ const Wave* RolandLibrary::selectedWave() const {
   return pad && pad->wave() >= 0 ? wave(pad->wave()) : nullptr;
 }
 
+/// Whether a new record may have its file there: nothing answers to the name on the card, or what does is ours. Names
+/// in capitals are asked for, too: where they are other files they would be the same on the instrument's own volume.
+bool RolandLibrary::isFreeOnCard(const Path& file) const {
+  if (known_.isKnown(file)) return true;
+  std::string capitals = file.filename().native();
+  std::ranges::transform(capitals, capitals.begin(),
+                         [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
+  try {
+    for (const Path& name : {file.filename(), Path(capitals)}) {
+      if (services_.files.entryStatus(*rootURL_ / file.parent_path() / name).kind != FileKind::none) return false;
+    }
+  } catch (const FileError&) {
+    // A card that doesn't answer has nothing to lose now; before a save writes there it is asked again.
+  }
+  return true;
+}
+
 std::optional<Path> RolandLibrary::audioURL(const Wave& wave) const {
   if (wave.isPending) {
     const auto staged = stagedAudioFiles_.find(wave.id());

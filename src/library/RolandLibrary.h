@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "library/RecordLives.h"
-#include "library/SaveSnapshot.h"
+#include "library/SaveJob.h"
 #include "library/SetAllPadField.h"
 #include "model/WaveUsage.h"
 #include "platform/BackgroundJobs.h"
@@ -51,7 +51,7 @@ class RolandLibrary : public QObject {
     tagList,
     isLoaded,
     isExporting,
-    lastError,
+    lastError,  // and lastErrorDetail
     rootPath,
     pendingDeletions,
     copiedPads,
@@ -64,6 +64,9 @@ class RolandLibrary : public QObject {
     backupBeforeSaveEnabled,
     showingShortcutsHelp
   };
+
+  /// What a save does where files that it would replace have been changed by others since they were read.
+  enum class ChangedFiles { refuse, replace };
 
   static const QString bookmarkKey, recentKitsKey, autoSaveEnabledKey, autoSaveIntervalKey, backupBeforeSaveKey;
   static constexpr std::size_t maxRecentKits = 5;
@@ -78,6 +81,9 @@ class RolandLibrary : public QObject {
   bool isLoaded() const { return isLoaded_; }
   bool isExporting() const { return isExporting_; }
   const std::optional<QString>& lastError() const { return lastError_; }
+  /// What helps with the last error: which file of the card it was and whether the backup has it. Empty where nothing
+  /// more is known.
+  const QString& lastErrorDetail() const { return lastErrorDetail_; }
   const std::optional<QString>& rootPath() const { return rootPath_; }
   const std::map<WaveId, Wave>& pendingDeletions() const { return pendingDeletions_; }
   const std::optional<std::map<int, Pad>>& copiedPads() const { return copiedPads_; }
@@ -111,15 +117,17 @@ class RolandLibrary : public QObject {
   void setBackupDestinationOverride(std::optional<Path> folder) { backupDestinationOverride_ = std::move(folder); }
   UndoManager& undoManager() { return undoManager_; }
 
-  // Opening a card. The first three report through `lastError`; `load` throws.
+  // Opening a card. The first four report through `lastError`; `load` throws. Each waits for the saves that were asked
+  // for.
   void chooseRoot();
+  void readAgain();
   void restoreFromBookmark();
   void openDroppedFolder(const Path& location);
   void load(const Path& location);
   std::optional<Path> resolveRoot(const Path& location) const;
 
   // Saving and exporting: one save at a time, a later call waits and then saves what is still unsaved.
-  void save(Completion done);
+  void save(Completion done, ChangedFiles changed = ChangedFiles::refuse);
   void exportKit(Slot slot, const Path& destination, Completion done);
   void recordRecentKit(Slot slot);
 
@@ -196,6 +204,9 @@ class RolandLibrary : public QObject {
     std::size_t card;
     RecordLives::State lives;
     std::vector<Completion> waiting;
+    SaveAttempt attempt = {};
+    std::optional<ExportResult> result = {};
+    std::exception_ptr error = {};
   };
   struct Import {
     Path source;
@@ -222,11 +233,15 @@ class RolandLibrary : public QObject {
   Kit* findKit(Slot slot);
   Wave* findWave(WaveId id);
   SaveSnapshot takeSnapshot() const;
-  void startSave(std::vector<Completion> waiting);
-  void finishSave(const std::shared_ptr<RunningSave>& run, const std::optional<ExportResult>& result,
-                  const std::exception_ptr& error);
-  void applyResult(const RunningSave& run, const ExportResult& result);
-  void applyDeletions(const SaveSnapshot& snapshot);
+  void startSave(std::vector<Completion> waiting, ChangedFiles changed);
+  void finishSave(const std::shared_ptr<RunningSave>& run);
+  void applyResult(const RunningSave& run);
+  void applyFailure(const RunningSave& run);
+  void applyKnown(const SaveAttempt& attempt, const ExportResult& result);
+  void applyDeletions(const SaveSnapshot& snapshot, const ExportResult& result);
+  std::string cardIdentity() const;
+  QString detailOf(const std::exception_ptr& error) const;
+  bool isFreeOnCard(const Path& file) const;
   void applyWave(const Wave& written, const SpdDocument& document);
   void applyKit(const Kit& written, const SpdDocument& document);
   void holdStaged(std::shared_ptr<const StagedFiles> staged);
@@ -247,6 +262,7 @@ class RolandLibrary : public QObject {
   bool isLoaded_ = false;
   bool isExporting_ = false;
   std::optional<QString> lastError_;
+  QString lastErrorDetail_;
   std::optional<QString> rootPath_;
   std::map<WaveId, Wave> pendingDeletions_;
   std::map<RecordLives::Life, Wave> deletedWaves_;     ///< all pending deletions: an id can be deleted more than once
@@ -262,7 +278,8 @@ class RolandLibrary : public QObject {
   bool showingShortcutsHelp_ = false;
 
   std::optional<Path> rootURL_;
-  VolumeIdentity volume_;
+  std::string serial_;  ///< of the card's volume
+  KnownFiles known_;
   KitDocs kitDocs_;
   WaveDocs waveDocs_;
   std::optional<SpdDocument> tagListDoc_;
@@ -277,6 +294,7 @@ class RolandLibrary : public QObject {
   std::set<WaveId> begunWaves_;  ///< pending samples whose files a save has begun to write
   std::shared_ptr<RunningSave> running_;
   std::vector<Completion> waitingSaves_;
+  ChangedFiles waitingChanged_ = ChangedFiles::refuse;           ///< what one of them asks for
   std::vector<std::weak_ptr<const StagedFiles>> stagedReaders_;  ///< what saves and exports under way read
   std::deque<Import> imports_;                                   ///< the first one is under way
   bool isImporting_ = false;

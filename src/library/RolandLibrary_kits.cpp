@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "library/CardPaths.h"
 #include "library/RolandLibrary_edit.h"
 #include "model/Rounding.h"
 
@@ -43,11 +44,15 @@ void RolandLibrary::exchangePads(Slot slot, int a, int b) {
 
 std::optional<Slot> RolandLibrary::nextFreeKitSlot() const {
   constexpr Slot slotCount = 1000;
-  Slot free = 0;
-  for (const Kit& kit : kits_) {  // ascending
-    if (kit.slot == free) ++free;
+  auto kit = std::ranges::lower_bound(kits_, 0, {}, &Kit::slot);
+  for (Slot free = 0; free < slotCount; ++free) {
+    while (kit != kits_.end() && kit->slot < free)
+      ++kit;
+    const bool isTaken = kit != kits_.end() && kit->slot == free;
+    if (isTaken) continue;
+    if (pendingKitDeletions_.contains(free) || isFreeOnCard(cardpaths::kitFile(free))) return free;
   }
-  return free < slotCount ? std::optional(free) : std::nullopt;
+  return std::nullopt;
 }
 
 std::optional<Slot> RolandLibrary::createKit(Slot source, bool blank) {

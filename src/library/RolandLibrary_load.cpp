@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "library/CardCheck.h"
 #include "library/CardReader.h"
 #include "library/LibraryError.h"
 #include "library/RolandLibrary.h"
@@ -34,6 +35,18 @@ std::vector<Path> entries(const FileSystem& files, const Path& folder) {
   return paths;
 }
 
+/// Whether there is a document that could take the place of a damaged one.
+bool isWholeIn(const FileSystem& files, const Path& file) {
+  try {
+    std::string bytes;
+    files.read(file, bytes);
+    SpdDocument::parse(bytes);
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 /// The search reaches two levels below the chosen folder, so that a volume, its Roland folder or a folder that holds a
@@ -56,15 +69,18 @@ std::optional<Path> RolandLibrary::resolveRoot(const Path& location) const {
 void RolandLibrary::load(const Path& location) {
   const auto root = resolveRoot(location);
   if (!root) throw LibraryError(LibraryError::Case::rootNotFound);
+  // A card that is being written would be read half old, half new; and a save that was asked for must not find another
+  // card open when its turn comes.
+  if (isExporting_) services_.jobs.waitForAll();
   const Path resolvedRoot = services_.files.resolved(*root);
-  // A card that is being written would be read half old, half new.
-  if (running_ && services_.files.resolved(running_->snapshot.root) == resolvedRoot) services_.jobs.waitForAll();
   const auto card = services_.files.rooted(*root);
-  const VolumeIdentity volume = card->volumeIdentity(".");
+  requireFoldersInside(*card);
+  std::string serial = card->volumeSerial(".");
   CardContent content = readCard(*card);
 
   rootURL_ = *root;
-  volume_ = volume;
+  serial_ = std::move(serial);
+  known_ = std::move(content.known);
   kits_ = std::move(content.kits);
   waves_ = std::move(content.waves);
   tagList_ = TagList{content.tagListDoc.root, false};
@@ -77,11 +93,12 @@ void RolandLibrary::load(const Path& location) {
   stagedAudioFiles_.clear();
   maybeFree_ = 0;
   begunWaves_.clear();
-  lives_.openCard(volume_, resolvedRoot);
+  lives_.openCard(cardIdentity(), resolvedRoot);
   ++loadCount_;
   rootPath_ = QString::fromLocal8Bit(root->native().c_str());
   isLoaded_ = true;
   lastError_.reset();
+  lastErrorDetail_.clear();
   for (const Property property : {Property::kits, Property::waves, Property::tagList, Property::pendingDeletions,
                                   Property::rootPath, Property::isLoaded, Property::lastError}) {
     Q_EMIT published(property);
@@ -93,8 +110,33 @@ void RolandLibrary::tryLoad(const Path& location) {
     load(location);
   } catch (const std::exception&) {
     lastError_ = errorText(std::current_exception());
+    lastErrorDetail_ = detailOf(std::current_exception());
     Q_EMIT published(Property::lastError);
   }
+}
+
+/// A card without a serial number is known by what it holds.
+std::string RolandLibrary::cardIdentity() const {
+  return serial_.empty() ? known_.fingerprint() : serial_;
+}
+
+QString RolandLibrary::detailOf(const std::exception_ptr& error) const {
+  try {
+    std::rethrow_exception(error);
+  } catch (const DamagedFile& damage) {
+    const QString file = QString::fromUtf8(QByteArray::fromStdString(damage.file().native()));
+    const QString what = damage.kind() == SpdParseError::Kind::empty ? QStringLiteral("%1 is empty. %2")
+                                                                     : QStringLiteral("%1 is damaged. %2");
+    return what.arg(file, isWholeIn(services_.files, services_.backupDestination / damage.file())
+                              ? QStringLiteral("The backup folder holds a whole copy of it.")
+                              : QStringLiteral("The backup folder holds no copy of it."));
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+void RolandLibrary::readAgain() {
+  if (const auto root = rootURL_) tryLoad(*root);
 }
 
 void RolandLibrary::chooseRoot() {

@@ -111,14 +111,17 @@ std::set<Path> RolandLibrary::stagedInUse() const {
 
 std::optional<RolandLibrary::ImportPlace> RolandLibrary::importPlace(const Path& source) const {
   WaveId free = std::max(waveId(firstUserBank, 0), maybeFree_);
-  for (auto wave = std::ranges::lower_bound(waves_, free, {}, &Wave::id); wave != waves_.end(); ++wave) {
-    const WaveId id = wave->id();
-    if (id > free) break;
-    if (id == free) ++free;
+  auto wave = std::ranges::lower_bound(waves_, free, {}, &Wave::id);
+  for (; free <= waveId(lastUserBank, wavesPerBank - 1); ++free) {
+    while (wave != waves_.end() && wave->id() < free)
+      ++wave;
+    if (wave != waves_.end() && wave->id() == free) continue;
+    const std::int64_t bank = free / wavesPerBank;
+    const std::int64_t number = free % wavesPerBank;
+    if (!pendingDeletions_.contains(free) && !isFreeOnCard(cardpaths::waveParameterFile(bank, number))) continue;
+    return ImportPlace{bank, number, freeAudioName(bank, nameForFat(source.filename().native()))};
   }
-  if (free > waveId(lastUserBank, wavesPerBank - 1)) return std::nullopt;
-  const std::int64_t bank = free / wavesPerBank;
-  return ImportPlace{bank, free % wavesPerBank, freeAudioName(bank, nameForFat(source.filename().native()))};
+  return std::nullopt;
 }
 
 std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& wanted) const {
@@ -143,9 +146,14 @@ std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& w
   } catch (const FileError&) {
     // The save that can't read the folder either says so.
   }
+  const auto isTaken = [&](const std::string& candidate) {
+    // The folder is asked, too: it can answer to names that a listing doesn't tell.
+    return std::ranges::find(taken, fileNameKey(candidate)) != taken.end() ||
+           !isFreeOnCard(cardpaths::waveDataFolder(bank) / candidate);
+  };
   const Path name(wanted);
   std::string candidate = wanted;
-  for (int counter = 1; std::ranges::find(taken, fileNameKey(candidate)) != taken.end(); ++counter) {
+  for (int counter = 1; isTaken(candidate); ++counter) {
     candidate = numbered(name.stem(), counter, name.extension());
   }
   return candidate;

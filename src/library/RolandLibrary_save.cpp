@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "library/CardPaths.h"
 #include "library/ExportJob.h"
 #include "library/LibraryError.h"
 #include "library/RolandLibrary.h"
@@ -12,13 +13,6 @@ namespace {
 std::exception_ptr notLoaded() {
   return std::make_exception_ptr(LibraryError(LibraryError::Case::notLoaded));
 }
-
-/// What a job leaves behind: its result or its failure.
-template<class Result>
-struct Outcome {
-  std::optional<Result> result;
-  std::exception_ptr error;
-};
 
 template<class Record>
 std::vector<Record> dirtyOnes(const std::vector<Record>& records) {
@@ -33,37 +27,33 @@ void copyEntry(const Map& from, const Key& key, Map& to) {
   if (const auto found = from.find(key); found != from.end()) to.insert(*found);
 }
 
-/// Takes out of a map what a snapshot of it held, but not what has come under the same key since.
-template<class Map>
-void eraseEntries(Map& map, const Map& snapshot) {
-  for (const auto& [key, value] : snapshot) {
-    if (const auto found = map.find(key); found != map.end() && found->second == value) map.erase(found);
-  }
-}
-
 }  // namespace
 
-void RolandLibrary::save(Completion done) {
+void RolandLibrary::save(Completion done, ChangedFiles changed) {
   if (!rootURL_) return done(notLoaded());
   if (isExporting_) {
     waitingSaves_.push_back(std::move(done));
+    if (changed == ChangedFiles::replace) waitingChanged_ = changed;
     return;
   }
   std::vector<Completion> waiting;
   waiting.push_back(std::move(done));
-  startSave(std::move(waiting));
+  startSave(std::move(waiting), changed);
 }
 
 SaveSnapshot RolandLibrary::takeSnapshot() const {
   SaveSnapshot snapshot;
   snapshot.root = *rootURL_;
-  snapshot.volume = volume_;
+  snapshot.serial = serial_;
+  snapshot.known = known_;
   snapshot.deletions = deletedWaves_;
   snapshot.kitDeletions = pendingKitDeletions_;
   snapshot.dirtyWaves = dirtyOnes(waves_);
   snapshot.dirtyKits = dirtyOnes(kits_);
   snapshot.tagList = tagList_;
   snapshot.waves = waves_;
+  for (const Kit& kit : kits_)
+    snapshot.kitSlots.insert(kit.slot);
   snapshot.tagCount = tagList_ ? static_cast<std::size_t>(tagList_->tagCount()) : 0;
   for (const Wave& wave : snapshot.dirtyWaves) {
     copyEntry(waveDocs_, wave.id(), snapshot.waveDocs);
@@ -78,9 +68,10 @@ SaveSnapshot RolandLibrary::takeSnapshot() const {
   return snapshot;
 }
 
-void RolandLibrary::startSave(std::vector<Completion> waiting) {
+void RolandLibrary::startSave(std::vector<Completion> waiting, ChangedFiles changed) {
   auto run =
       std::make_shared<RunningSave>(RunningSave{takeSnapshot(), lives_.card(), lives_.state(), std::move(waiting)});
+  run->snapshot.replacesChanged = changed == ChangedFiles::replace;
   for (const Wave& wave : run->snapshot.dirtyWaves) {
     if (wave.isPending) begunWaves_.insert(wave.id());
   }
@@ -88,25 +79,25 @@ void RolandLibrary::startSave(std::vector<Completion> waiting) {
   holdStaged({run, &run->snapshot.stagedAudioFiles});
   publish(isExporting_, true, Property::isExporting);
   // The job sees the values alone; the files outlive it because the application waits for its jobs.
-  auto outcome = std::make_shared<Outcome<ExportResult>>();
-  const std::shared_ptr<const SaveSnapshot> snapshot(run, &run->snapshot);
   services_.jobs.start(
-      [snapshot, outcome, &files = services_.files] {
+      [run, &files = services_.files] {
         try {
-          outcome->result = saveJob(*snapshot, files);
+          run->result = saveJob(run->snapshot, files, run->attempt);
         } catch (...) {
-          outcome->error = std::current_exception();
+          run->error = std::current_exception();
         }
       },
-      [this, run, outcome] { finishSave(run, outcome->result, outcome->error); });
+      [this, run] { finishSave(run); });
 }
 
-void RolandLibrary::finishSave(const std::shared_ptr<RunningSave>& run, const std::optional<ExportResult>& result,
-                               const std::exception_ptr& error) {
-  if (result) {
-    applyResult(*run, *result);
+void RolandLibrary::finishSave(const std::shared_ptr<RunningSave>& run) {
+  std::exception_ptr error = run->error;
+  if (run->result) {
+    applyResult(*run);
+    // All else is saved; what couldn't be removed is still there to be told of, and still unsaved.
+    error = run->result->deletionError;
   } else {
-    lives_.saveFailed(run->card, run->lives);
+    applyFailure(*run);
   }
   running_.reset();
   publish(isExporting_, false, Property::isExporting);
@@ -115,18 +106,21 @@ void RolandLibrary::finishSave(const std::shared_ptr<RunningSave>& run, const st
   // One of them may have started the next save itself; then the rest goes on waiting.
   if (isExporting_ || waitingSaves_.empty()) return;
   auto waiting = std::exchange(waitingSaves_, {});
-  if (hasUnsavedChanges()) return startSave(std::move(waiting));
+  const ChangedFiles changed = std::exchange(waitingChanged_, ChangedFiles::refuse);
+  if (hasUnsavedChanges()) return startSave(std::move(waiting), changed);
   for (const Completion& done : waiting)
     done(nullptr);
 }
 
 /// The save is on the card: the store takes over what was written and keeps dirty what was edited meanwhile. A result
 /// of a card that a load has replaced has nothing to say about the one that is open now.
-void RolandLibrary::applyResult(const RunningSave& run, const ExportResult& result) {
+void RolandLibrary::applyResult(const RunningSave& run) {
   lives_.saved(run.card, run.lives);
   const SaveSnapshot& snapshot = run.snapshot;
+  const ExportResult& result = *run.result;
   if (snapshot.loadCount != loadCount_) return;
-  applyDeletions(snapshot);
+  applyKnown(run.attempt, result);
+  applyDeletions(snapshot, result);
   // What was written for a record that has gone says nothing about the one that has taken its key since.
   const auto isStillThere = [&](RecordLives::Kind kind, std::int64_t key) {
     return lives_.life(kind, key) == run.lives.life(kind, key);
@@ -147,10 +141,39 @@ void RolandLibrary::applyResult(const RunningSave& run, const ExportResult& resu
   }
 }
 
+/// What a failed save has put in place is ours: the next one may replace it.
+void RolandLibrary::applyFailure(const RunningSave& run) {
+  lives_.saveFailed(run.card, run.lives);
+  if (run.snapshot.loadCount != loadCount_) return;
+  for (const auto& [file, content] : run.attempt.written)
+    known_.begun(file, content);
+  // What it hadn't come to is as new as before.
+  std::erase_if(begunWaves_, [&](WaveId id) {
+    return !known_.isKnown(cardpaths::waveParameterFile(id / wavesPerBank, id % wavesPerBank));
+  });
+  lives_.setIdentity(run.card, cardIdentity());
+}
+
+void RolandLibrary::applyKnown(const SaveAttempt& attempt, const ExportResult& result) {
+  // What couldn't be removed stays known as what it was: the next save tries again.
+  for (const auto& [file, deletion] : attempt.removed) {
+    if (!result.failedDeletions.contains(deletion)) known_.removed(file);
+  }
+  for (const auto& [file, content] : attempt.written)
+    content == KnownFiles::anyContent ? known_.removed(file) : known_.written(file, content);
+  lives_.setIdentity(lives_.card(), cardIdentity());
+}
+
 /// Takes out what the save has removed, but not what has been deleted since.
-void RolandLibrary::applyDeletions(const SaveSnapshot& snapshot) {
-  eraseEntries(pendingKitDeletions_, snapshot.kitDeletions);
-  std::erase_if(deletedWaves_, [&](const auto& deletion) { return snapshot.deletions.contains(deletion.first); });
+void RolandLibrary::applyDeletions(const SaveSnapshot& snapshot, const ExportResult& result) {
+  const auto isDone = [&](std::uint64_t number) { return !result.failedDeletions.contains(number); };
+  std::erase_if(pendingKitDeletions_, [&](const auto& deletion) {
+    const auto asked = snapshot.kitDeletions.find(deletion.first);
+    return asked != snapshot.kitDeletions.end() && asked->second == deletion.second && isDone(deletion.second);
+  });
+  std::erase_if(deletedWaves_, [&](const auto& deletion) {
+    return snapshot.deletions.contains(deletion.first) && isDone(deletion.first);
+  });
   pendingDeletions_.clear();
   for (const auto& [number, wave] : deletedWaves_)
     pendingDeletions_.insert_or_assign(wave.id(), wave);
@@ -176,7 +199,7 @@ void RolandLibrary::exportKit(Slot slot, const Path& destination, Completion don
   const Kit* kit = this->kit(slot);
   if (!kit) return done(nullptr);
   if (!rootURL_) return done(notLoaded());
-  auto values = std::make_shared<KitExport>(KitExport{*rootURL_, volume_, destination, *kit, {}, {}, {}, {}});
+  auto values = std::make_shared<KitExport>(KitExport{*rootURL_, serial_, known_, destination, *kit, {}, {}, {}, {}});
   if (const auto document = kitDocs_.find(slot); document != kitDocs_.end()) values->kitDoc = document->second;
   std::set<WaveId> used;
   for (const Pad& pad : kit->pads()) {

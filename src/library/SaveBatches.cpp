@@ -54,8 +54,8 @@ class Cutter {
  public:
   Cutter(const FileSystem& card, const FileSystem& files, const SavePlan& plan)
       : card_(card), files_(files), plan_(plan), room_(card.space(".")) {
-    for (const Path& path : plan.removals)
-      countRemoval(path);
+    for (const PlannedRemoval& removal : plan.removals)
+      countRemoval(removal.file);
     startBatch();
   }
 

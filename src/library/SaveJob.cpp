@@ -1,6 +1,7 @@
 #include "library/SaveJob.h"
 
 #include "library/Backup.h"
+#include "library/CardCheck.h"
 #include "library/CardWriter.h"
 #include "library/SavePlan.h"
 
@@ -15,24 +16,35 @@ void backUpQuietly(const SaveSnapshot& snapshot, const FileSystem& card, FileSys
   }
 }
 
-}  // namespace
-
-void requireSameVolume(const FileSystem& files, const Path& root, const VolumeIdentity& volume) {
-  if (files.volumeIdentity(root) == volume) return;
-  throw FileError(std::make_error_code(std::errc::no_such_device), root);
+SaveAttempt attemptOf(const SavePlan& plan) {
+  SaveAttempt attempt;
+  for (const PlannedFile& file : plan.files) {
+    const auto* bytes = std::get_if<std::string>(&file.content);
+    if (!file.isDerived) attempt.written.emplace_back(file.path, bytes ? contentHash(*bytes) : KnownFiles::anyContent);
+  }
+  for (const PlannedRemoval& removal : plan.removals)
+    attempt.removed.emplace_back(removal.file, removal.deletion);
+  return attempt;
 }
 
-ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files) {
+}  // namespace
+
+ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files, SaveAttempt& attempt) {
   // A save can start by itself long after the card was pulled and another one mounted in its place.
-  requireSameVolume(files, snapshot.root, snapshot.volume);
+  requireSameCard(files, snapshot.root, snapshot.serial, snapshot.known);
   // From here on the card is held: asked again, since it can have changed between the question and the hold.
   const std::unique_ptr<FileSystem> card = files.rooted(snapshot.root);
-  requireSameVolume(*card, ".", snapshot.volume);
-
-  if (snapshot.backupBeforeSave) backUpQuietly(snapshot, *card, files);
+  requireSameCard(*card, ".", snapshot.serial, snapshot.known);
+  requireFoldersInside(*card);
   ExportResult result;
   const SavePlan plan = makeSavePlan(snapshot, *card, result);
-  writeToCard(*card, files, plan);
+  requireUntouched(*card, plan, snapshot.known, snapshot.replacesChanged);
+
+  if (snapshot.backupBeforeSave) backUpQuietly(snapshot, *card, files);
+  attempt = attemptOf(plan);
+  FailedRemovals failed = writeToCard(*card, files, plan);
+  result.failedDeletions = std::move(failed.deletions);
+  result.deletionError = failed.error;
   return result;
 }
 

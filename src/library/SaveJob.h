@@ -1,14 +1,22 @@
 #pragma once
 
+#include <utility>
+#include <vector>
+
 #include "library/SaveSnapshot.h"
 
 namespace tamboro {
 
-/// The whole save, off the main thread: makes sure that the card under the root is the one that was loaded, backs up
-/// (a failure is dropped), plans and writes. Throws FileError; the store then changes nothing.
-ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files);
+/// What a save is about to do to the card's parameter files, and to audio as `KnownFiles::anyContent`. Where the save
+/// fails half way, the card holds some of it.
+struct SaveAttempt {
+  std::vector<std::pair<Path, ContentHash>> written;
+  std::vector<std::pair<Path, std::uint64_t>> removed;  ///< with the number of the deletion
+};
 
-/// Throws FileError where the volume under `root` is not the one it was.
-void requireSameVolume(const FileSystem& files, const Path& root, const VolumeIdentity& volume);
+/// The whole save, off the main thread: makes sure that the card under the root is the one that was loaded and that
+/// nothing is replaced that isn't ours, backs up (a failure is dropped), plans and writes. `attempt` is filled before
+/// the first change. Throws FileError or CardConflict; the store then keeps all that is unsaved.
+ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files, SaveAttempt& attempt);
 
 }  // namespace tamboro

@@ -13,6 +13,8 @@ namespace {
 // Samples that become visible together: their audio, then their parameters. Small enough that a save of thousands that
 // is cut leaves whole samples and not thousands of sounds that nothing names.
 constexpr std::size_t samplesPerGroup = 100;
+// Deleted audio that is held open at a time; a process may have no more than 1024 files open.
+constexpr std::size_t audioHeld = 200;
 
 SpdDocument documentOf(const SpdNode& root, const SpdDocument* stored, LineSeparator separator, const char* trailing) {
   if (stored != nullptr) return {root, stored->lineSeparator, stored->trailingBytes};
@@ -36,32 +38,88 @@ std::set<std::string> audioInUse(std::span<const Wave> waves) {
   return keys;
 }
 
-void addSampleRemovals(const SaveSnapshot& snapshot, SavePlan& plan) {
-  if (snapshot.deletions.empty()) return;
-  for (const auto& [id, wave] : snapshot.deletions) {
-    plan.removals.push_back(cardpaths::waveParameterFile(wave.bank, wave.fileNumber));
+// A deleted sample's audio, held open: as long as it is, the system tells it by one number under all its names.
+struct DeletedAudio {
+  Path file;
+  std::uint64_t deletion;
+  std::unique_ptr<OpenFile> held;
+  FileIdentity identity;
+};
+
+DeletedAudio lookAt(const FileSystem& card, const Path& file, std::uint64_t deletion) {
+  DeletedAudio audio{file, deletion, nullptr, {}};
+  try {
+    if (card.entryStatus(file).kind != FileKind::regular) return audio;
+    audio.held = card.open(file);
+    audio.identity = card.entryStatus(file).identity;
+  } catch (const FileError&) {
+    // Its removal fails, too, and says so.
   }
+  return audio;
+}
+
+// The files that the remaining samples name, under whatever name that is.
+std::set<FileIdentity> identitiesInUse(const FileSystem& card, std::span<const Wave> waves) {
+  std::set<FileIdentity> identities;
+  for (const Wave& wave : waves) {
+    const auto file = wave.isPending ? std::nullopt : cardpaths::audioFile(wave);
+    if (!file) continue;
+    const FileStatus status = card.status(*file);
+    if (status.kind == FileKind::regular) identities.insert(status.identity);
+  }
+  return identities;
+}
+
+// A link among the folders on the way can lead to files that aren't the card's.
+bool isOnCard(const FileSystem& card, const Path& file) {
+  return isInside(card.resolved(folderOf(file)), card.resolved({}));
+}
+
+void addAudioRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePlan& plan) {
   const std::set<std::string> inUse = audioInUse(snapshot.waves);
-  for (const auto& [id, wave] : snapshot.deletions) {
+  std::vector<DeletedAudio> deleted;
+  const auto addUnused = [&] {
+    const bool anyThere = std::ranges::any_of(deleted, [](const DeletedAudio& audio) { return audio.held != nullptr; });
+    const auto identities = anyThere ? identitiesInUse(card, snapshot.waves) : std::set<FileIdentity>();
+    for (const DeletedAudio& audio : deleted) {
+      if (!audio.held || !identities.contains(audio.identity)) plan.removals.push_back({audio.file, audio.deletion});
+    }
+    deleted.clear();
+  };
+  for (const auto& [number, wave] : snapshot.deletions) {
     const auto file = cardpaths::audioFile(wave);
-    if (file && !inUse.contains(fileKey(*file))) plan.removals.push_back(*file);
+    if (!file || inUse.contains(fileKey(*file)) || !isOnCard(card, *file)) continue;
+    deleted.push_back(lookAt(card, *file, number));
+    if (deleted.size() == audioHeld) addUnused();
   }
+  addUnused();
+}
+
+void addSampleRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePlan& plan) {
+  if (snapshot.deletions.empty()) return;
+  // A sample that has the id by now and is on the card has its own parameters there: a deletion that failed before.
+  std::set<std::int64_t> onCard;
+  for (const Wave& wave : snapshot.waves) {
+    if (!wave.isPending) onCard.insert(wave.id());
+  }
+  for (const auto& [number, wave] : snapshot.deletions) {
+    if (onCard.contains(wave.id())) continue;
+    plan.removals.push_back({cardpaths::waveParameterFile(wave.bank, wave.fileNumber), number, true});
+  }
+  addAudioRemovals(snapshot, card, plan);
 }
 
 void addKitRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePlan& plan) {
-  if (snapshot.kitDeletions.empty()) return;
-  std::set<Path> replaced;
-  for (const Kit& kit : snapshot.dirtyKits)
-    replaced.insert(cardpaths::kitFile(kit.slot));
-  try {
-    for (const std::string& name : card.list(cardpaths::kitFolder())) {
-      const std::optional<std::int64_t> slot = cardpaths::slotOfKitFile(name);
-      if (!slot || !snapshot.kitDeletions.contains(*slot)) continue;
-      Path file = cardpaths::kitFolder() / name;
-      if (!replaced.contains(file)) plan.removals.push_back(std::move(file));
-    }
-  } catch (const FileError&) {
-    // As with every removal: what can't be done is passed over.
+  if (snapshot.kitDeletions.empty() || card.status(cardpaths::kitFolder()).kind == FileKind::none) return;
+  std::set<Path> inUse;
+  for (const std::int64_t slot : snapshot.kitSlots)
+    inUse.insert(cardpaths::kitFile(slot));
+  for (const std::string& name : card.list(cardpaths::kitFolder())) {
+    const std::optional<std::int64_t> slot = cardpaths::slotOfKitFile(name);
+    const auto deletion = slot ? snapshot.kitDeletions.find(*slot) : snapshot.kitDeletions.end();
+    if (deletion == snapshot.kitDeletions.end()) continue;
+    Path file = cardpaths::kitFolder() / name;
+    if (!inUse.contains(file)) plan.removals.push_back({std::move(file), deletion->second, true});
   }
 }
 
@@ -85,8 +143,19 @@ void addAudio(const SaveSnapshot& snapshot, const Wave& wave, SavePlan& plan) {
   if (staged != snapshot.stagedAudioFiles.end() && target) plan.files.push_back({*target, staged->second});
 }
 
+// A name such as KICKDR~1.WAV comes before the long ones: FAT gives a long name a short one of that shape that nothing
+// has yet, and a name that comes behind it would find the long one's file under its own.
+std::vector<Wave> shortNamesFirst(std::vector<Wave> waves) {
+  std::ranges::stable_partition(waves, [](const Wave& wave) {
+    const std::optional<Path> target = cardpaths::audioTarget(wave);
+    return wave.isPending && target && target->filename().native().find('~') != std::string::npos;
+  });
+  return waves;
+}
+
 void addSamples(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& result) {
-  std::span<const Wave> rest = snapshot.dirtyWaves;
+  const std::vector<Wave> waves = shortNamesFirst(snapshot.dirtyWaves);
+  std::span<const Wave> rest = waves;
   while (!rest.empty()) {
     const auto group = rest.first(std::min(samplesPerGroup, rest.size()));
     rest = rest.subspan(group.size());
@@ -117,9 +186,9 @@ void addTagList(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& resu
 
 void addIndexes(const SaveSnapshot& snapshot, SavePlan& plan) {
   const WaveListIndexes indexes = buildWaveListIndexes(snapshot.waves, static_cast<int>(snapshot.tagCount));
-  plan.files.push_back({cardpaths::nameIndexFile(), indexes.byName.serialize()});
-  plan.files.push_back({cardpaths::tagNumberIndexFile(), indexes.byTagNumber.serialize()});
-  plan.files.push_back({cardpaths::tagNameIndexFile(), indexes.byTagName.serialize()});
+  plan.files.push_back({cardpaths::nameIndexFile(), indexes.byName.serialize(), true});
+  plan.files.push_back({cardpaths::tagNumberIndexFile(), indexes.byTagNumber.serialize(), true});
+  plan.files.push_back({cardpaths::tagNameIndexFile(), indexes.byTagName.serialize(), true});
 }
 
 }  // namespace
@@ -138,7 +207,7 @@ SpdDocument tagListDocument(const TagList& tagList, const SpdDocument* stored) {
 
 SavePlan makeSavePlan(const SaveSnapshot& snapshot, const FileSystem& card, ExportResult& result) {
   SavePlan plan;
-  addSampleRemovals(snapshot, plan);
+  addSampleRemovals(snapshot, card, plan);
   addKitRemovals(snapshot, card, plan);
   addFolders(snapshot, plan);
   addSamples(snapshot, plan, result);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <map>
 #include <memory>
 #include <optional>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "card/SpdDocument.h"
+#include "library/KnownFiles.h"
 #include "model/Kit.h"
 #include "model/TagList.h"
 #include "model/Wave.h"
@@ -21,13 +23,16 @@ using StagedFiles = std::map<std::int64_t, Path>;
 /// What a save works on, taken from the store on the main thread: plain values that no later edit reaches.
 struct SaveSnapshot {
   Path root;
-  VolumeIdentity volume;                               ///< of the root when the card was loaded
+  std::string serial;                                  ///< of the card's volume when it was loaded
+  KnownFiles known;                                    ///< what a save may replace and remove
+  bool replacesChanged = false;                        ///< the user wants his changes over those of others
   std::map<std::uint64_t, Wave> deletions;             ///< samples to take off the card, by the deletion's own number
   std::map<std::int64_t, std::uint64_t> kitDeletions;  ///< slots of deleted kits, each with the deletion's own number
   std::vector<Wave> dirtyWaves;
   std::vector<Kit> dirtyKits;
   std::optional<TagList> tagList;
-  std::vector<Wave> waves;  ///< all samples, for the indexes
+  std::vector<Wave> waves;          ///< all samples, for the indexes
+  std::set<std::int64_t> kitSlots;  ///< of all kits
   std::size_t tagCount = 0;
   WaveDocs waveDocs;  ///< of the dirty samples
   KitDocs kitDocs;    ///< of the dirty kits
@@ -40,6 +45,8 @@ struct SaveSnapshot {
 
 /// What a save hands back when everything is written: the documents as written.
 struct ExportResult {
+  std::set<std::uint64_t> failedDeletions;  ///< by number; they stay pending
+  std::exception_ptr deletionError;         ///< why the first of them failed
   WaveDocs updatedWaveDocs;
   KitDocs updatedKitDocs;
   std::optional<SpdDocument> updatedTagListDoc;
@@ -48,7 +55,8 @@ struct ExportResult {
 /// A kit export's values; see `exportKitJob`.
 struct KitExport {
   Path root;
-  VolumeIdentity volume;
+  std::string serial;
+  KnownFiles known;
   Path destination;
   Kit kit;
   std::optional<SpdDocument> kitDoc;

@@ -33,20 +33,19 @@ class FileError : public std::exception {
 
 enum class FileKind : std::uint8_t { none, regular, folder, other };
 
+/// Tells one file from another whatever it is called: a FAT volume answers to a long name, its short one and either in
+/// any case. Holds as long as the file is open somewhere; FAT has no numbers of its own for its files.
+struct FileIdentity {
+  std::uint64_t volume = 0;
+  std::uint64_t number = 0;
+
+  friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
+};
+
 struct FileStatus {
   FileKind kind = FileKind::none;
   std::uint64_t size = 0;  ///< bytes; 0 for anything but a regular file
-};
-
-/// Tells one volume from another that is mounted at the same path. Two equal identities are the same volume; an
-/// identity whose `serial` is known stays the same when the volume is plugged in again.
-struct VolumeIdentity {
-  std::string serial;            ///< the volume's own serial number, empty where it can't be known
-  std::uint64_t fileSystem = 0;  ///< the mounted file system; counts only where no serial is known
-
-  friend bool operator==(const VolumeIdentity& a, const VolumeIdentity& b) {
-    return a.serial == b.serial && (!a.serial.empty() || a.fileSystem == b.fileSystem);
-  }
+  FileIdentity identity;   ///< of what stands there
 };
 
 struct VolumeSpace {
@@ -107,7 +106,9 @@ class FileSystem {
   /// Removes an empty folder.
   virtual void removeFolder(const Path& folder) = 0;
   virtual VolumeSpace space(const Path& path) const = 0;
-  virtual VolumeIdentity volumeIdentity(const Path& path) const = 0;
+  /// The serial number of the volume that the path lies on, the same when it is plugged in again; empty where it has
+  /// none or none can be known.
+  virtual std::string volumeSerial(const Path& path) const = 0;
   /// The path with every link on it resolved; the part that doesn't exist yet is kept as it stands.
   virtual Path resolved(const Path& path) const = 0;
   /// A file system whose relative paths start at this folder, which it holds open: what is mounted at the same place

@@ -159,7 +159,7 @@ class PosixFileSystem : public FileSystem {
   void removeFile(const Path& file) override;
   void removeFolder(const Path& folder) override;
   VolumeSpace space(const Path& path) const override;
-  VolumeIdentity volumeIdentity(const Path& path) const override;
+  std::string volumeSerial(const Path& path) const override;
   Path resolved(const Path& path) const override;
   std::unique_ptr<FileSystem> rooted(const Path& folder) const override;
 
@@ -181,8 +181,9 @@ FileStatus PosixFileSystem::status(const Path& path, int flags) const {
     if (errno == ENOENT || errno == ENOTDIR) return {};
     fail(errno, path);
   }
-  if (S_ISREG(status.st_mode)) return {FileKind::regular, static_cast<std::uint64_t>(status.st_size)};
-  return {S_ISDIR(status.st_mode) ? FileKind::folder : FileKind::other, 0};
+  const FileIdentity identity{status.st_dev, status.st_ino};
+  if (S_ISREG(status.st_mode)) return {FileKind::regular, static_cast<std::uint64_t>(status.st_size), identity};
+  return {S_ISDIR(status.st_mode) ? FileKind::folder : FileKind::other, 0, identity};
 }
 
 std::vector<std::string> PosixFileSystem::list(const Path& folder) const {
@@ -254,14 +255,9 @@ VolumeSpace PosixFileSystem::space(const Path& path) const {
   return {volume.f_bavail * cluster, cluster};
 }
 
-VolumeIdentity PosixFileSystem::volumeIdentity(const Path& path) const {
+std::string PosixFileSystem::volumeSerial(const Path& path) const {
   const auto [descriptor, status] = openToRead(base(), at(path), path);
-  const struct statvfs volume = volumeOf(descriptor, path);
-  VolumeIdentity identity;
-  identity.serial = volumeSerial(descriptor.number(), status.st_dev);
-  // Device numbers are handed out again; together with the system's own number a second card is told apart.
-  identity.fileSystem = volume.f_fsid * 0x9E3779B97F4A7C15U ^ status.st_dev;
-  return identity;
+  return serialOfVolume(descriptor.number(), status.st_dev);
 }
 
 Path PosixFileSystem::heldPath() const {

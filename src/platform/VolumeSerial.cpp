@@ -45,14 +45,14 @@ std::string listedUuid(dev_t device) {
 
 }  // namespace
 
-std::string volumeSerial(int descriptor, dev_t device) {
+std::string serialOfVolume(int descriptor, dev_t device) {
   std::string serial = fatSerial(descriptor);
   return serial.empty() ? listedUuid(device) : serial;
 }
 
 #else
 
-std::string volumeSerial(int, dev_t) {
+std::string serialOfVolume(int, dev_t) {
   return {};
 }
 

@@ -72,7 +72,7 @@ TEST(Backup, RefusesPlacesThatOverlapTheCard) {
     fixture.files.addLink("/card/outward", "/elsewhere");
     const bool isHolder =
         Path(destination).begin() != Path(destination).end() && Path(destination).string().starts_with("/holder");
-    if (isHolder) fixture.files.mount("/holder/inner/card", {.identity = {.serial = "INNER"}});
+    if (isHolder) fixture.files.mount("/holder/inner/card", {.serial = "INNER"});
     const Path root = isHolder ? "/holder/inner/card" : "/card";
     const std::vector<std::string> folders = readFolders(fixture.files, "/");
     EXPECT_THROW(backup(*fixture.files.rooted(root), fixture.files, root, destination), FileError);

@@ -138,7 +138,7 @@ TEST(CardWriter, HoldsFewFilesOpenHoweverLargeThePlan) {
     const std::string name = "KIT/" + std::to_string(i);
     writeFile(fixture.files, "/card" / Path(name), "old");
     if (i < 450) plan.files.push_back({name, "new " + name});
-    if (i >= 450) plan.removals.push_back(name);
+    if (i >= 450) plan.removals.push_back({name, 1});
     plan.folders.push_back("F" + std::to_string(i));
   }
   int open = 0;
@@ -193,7 +193,7 @@ TEST(CardWriter, RefusesWhatCannotBeWritten) {
     fixture.files.addLink("/card/KIT/link", "/card/KIT/readme.txt");
     fixture.files.addSpecial("/card/KIT/pipe");
     const std::unique_ptr<FileSystem> card = fixture.files.rooted("/card");
-    EXPECT_EQ(errorOf(*card, fixture.files, {{"KIT/kit001.spd"}, {folder}, {{"KIT/new", "x"s}, file}}), error);
+    EXPECT_EQ(errorOf(*card, fixture.files, {{{"KIT/kit001.spd", 1}}, {folder}, {{"KIT/new", "x"s}, file}}), error);
     EXPECT_THAT(fixture.card(), IsTree(fixture.before));
   }
 }
@@ -202,8 +202,10 @@ TEST(CardWriter, RemovesOnlyFiles) {
   SaveFixture fixture;
   makeFolders(fixture.files, "/card/KIT/folder");
   fixture.files.addLink("/card/KIT/link", "/card/KIT/readme.txt");
-  writeToCard(*fixture.files.rooted("/card"), fixture.files,
-              {{"KIT/gone", "KIT/folder", "KIT/link", "KIT/kit001.spd"}, {}, {}});
+  const FailedRemovals failed =
+      writeToCard(*fixture.files.rooted("/card"), fixture.files,
+                  {{{"KIT/gone", 1}, {"KIT/folder", 2}, {"KIT/link", 3}, {"KIT/kit001.spd", 4}}, {}, {}});
+  EXPECT_TRUE(failed.deletions.empty());
   EXPECT_EQ(fixture.files.entryStatus("/card/KIT/folder").kind, FileKind::folder);
   EXPECT_EQ(fixture.files.entryStatus("/card/KIT/link").kind, FileKind::other);
   EXPECT_FALSE(fixture.card().contains("KIT/kit001.spd"));
@@ -223,8 +225,8 @@ TEST(CardWriter, AsksForRoomBeforeTheFirstChange) {
                {"a new name in its folder", {{}, {}, {added}}, 3},
                {"two new names share a cluster", {{}, {}, {added, {"KIT/new 2", ""s}}}, 3},
                {"a folder", {{}, {"F"}, {}}, 3},
-               {"what a removal frees", {{"KIT/b"}, {}, {rewritten}}, 2},
-               {"named twice it frees once", {{"KIT/b", "KIT/b"}, {}, {rewritten}}, 2},
+               {"what a removal frees", {{{"KIT/b", 1}}, {}, {rewritten}}, 2},
+               {"named twice it frees once", {{{"KIT/b", 1}, {"KIT/b", 2}}, {}, {rewritten}}, 2},
                {"what an earlier batch frees", {{}, {}, {{"KIT/a", "x"s}, {"KIT/b", "x"s}}}, 2},
                {"no more than it frees", {{}, {}, {{"KIT/a", large}, {"KIT/b", large}}}, 5},
                {"copied files", {{}, {}, {{"KIT/a", Path("/staging/hat.wav")}}}, 2}};

@@ -9,7 +9,8 @@ namespace {
 struct ExportFixture : SaveFixture {
   ExportFixture() {
     values = {.root = "/card",
-              .volume = snapshot.volume,
+              .serial = snapshot.serial,
+              .known = {},
               .destination = "/home/kit",
               .kit = kit(1, "11"),
               .kitDoc = SpdDocument{SpdNode::leaf("old", ""), LineSeparator::crlf, "tail"},
@@ -109,7 +110,7 @@ TEST(ExportJob, StopsAtWhatItCannotCopyOrReplace) {
          f.files.addLink("/home/kit/kit001.spd", "/staging/hat.wav");
        },
        file_exists},
-      {"another card", [](auto& f) { f.files.setVolume("/card", {.identity = {.serial = "OTHER"}}); }, no_such_device}};
+      {"another card", [](auto& f) { f.files.setVolume("/card", {.serial = "OTHER"}); }, no_such_device}};
   for (const auto& [what, change, error] : cases) {
     ExportFixture fixture;
     change(fixture);

@@ -211,7 +211,7 @@ class Script {
   }
 
   void setReadOnly(bool on) {
-    store_.files.setVolume("/media/card", {{"fat:1234-ABCD", 0}, {1U << 30U, 4096}, on});
+    store_.files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}, on});
     model_.readOnly = on;
   }
 

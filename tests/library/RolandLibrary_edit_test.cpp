@@ -364,7 +364,7 @@ TEST(Undo, FindsNothingOnACardThatACutSaveMayHaveChanged) {
   library.deleteKit(1);
   while (library.createKit(2, false) != 1) {
   }
-  store.files.setVolume("/media/card", {{"fat:1234-ABCD", 0}, {1U << 30U, 4096}, true});
+  store.files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}, true});
   ASSERT_NE(store.save(), "");
   library.load("/media/card");
   library.undoManager().undo();

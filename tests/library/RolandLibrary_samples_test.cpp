@@ -342,14 +342,14 @@ TEST_F(Samples, AnIdReusedDuringASaveBelongsToTheNewSample) {
       SCOPED_TRACE(std::string(fails ? "fails" : "passes") + (afterTheWriting ? ", late" : ", early"));
       store.open();
       ASSERT_EQ(store.import("/home/snare.wav", "Old"), "");
-      store.files.setVolume("/media/card", {{"fat:1234-ABCD", 0}, {1U << 30U, 4096}, fails});
+      store.files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}, fails});
       startSave();
       if (afterTheWriting) store.jobs.runWork();
       library.deleteWave(200);
       writeFile(store.files, "/again/snare.wav", "new");
       queue("new", "/again/snare.wav");
       store.jobs.runAll();
-      store.files.setVolume("/media/card", {{"fat:1234-ABCD", 0}, {1U << 30U, 4096}, false});
+      store.files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}, false});
       EXPECT_TRUE(library.wave(200)->isDirty && library.wave(200)->isPending);
       EXPECT_EQ(library.pendingDeletions().count(200), 1U);
       const std::string audio = path(200);
@@ -387,12 +387,12 @@ TEST_F(Samples, TwoDeletionsOfOneIdTakeAwayBothAudioFiles) {
     library.deleteWave(205);
     for (int i = 0; i < 6; ++i)
       ASSERT_EQ(store.import("/home/kick.wav", "x"), "");
-    store.files.setVolume("/media/card", {{"fat:1234-ABCD", 0}, {1U << 30U, 4096}, true});
+    store.files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}, true});
     startSave();
     if (duringTheSave) library.deleteWave(205);
     store.jobs.runAll();
     library.deleteWave(205);
-    store.files.setVolume("/media/card", {{"fat:1234-ABCD", 0}, {1U << 30U, 4096}, false});
+    store.files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}, false});
     ASSERT_EQ(store.save(), "");
     EXPECT_FALSE(library.hasUnsavedChanges());
     EXPECT_EQ(store.card().count("WAVE/DATA/02/kick.wav"), 0U);

@@ -26,11 +26,15 @@ inline Kit kit(Slot slot, std::string_view level) {
 /// A card in /card, mounted, with one of everything that a save can meet, and a snapshot that touches all of it.
 struct SaveFixture {
   SaveFixture() {
-    files.mount("/card", {.identity = {.serial = "CARD", .fileSystem = 7}});
+    files.mount("/card", {.serial = "CARD"});
     writeTree(files, "/card", before);
     writeTree(files, "/staging", {{"new.wav", std::string(270000, 'n')}, {"hat.wav", "hat"}});
     snapshot.root = "/card";
-    snapshot.volume = {.serial = "CARD"};
+    snapshot.serial = "CARD";
+    for (const auto& [name, bytes] : before)
+      if (name.ends_with(".spd")) snapshot.known.note(name, contentHash(bytes));
+    snapshot.known.settle();
+    snapshot.kitSlots = {1, 2};
     snapshot.deletions = {{200, sample(2, 0, "02/KICK.WAV")}, {202, sample(2, 2, "02/snare.wav")}};
     snapshot.kitDeletions = {{2, 1}, {7, 2}};
     snapshot.dirtyWaves = {sample(2, 1, "02/kick.wav"), sample(2, 2, "02/new.wav", true),

@@ -14,6 +14,13 @@ std::vector<std::string> names(const std::vector<Path>& paths) {
   return {paths.begin(), paths.end()};
 }
 
+std::vector<std::string> names(const std::vector<PlannedRemoval>& removals) {
+  std::vector<std::string> names;
+  for (const PlannedRemoval& removal : removals)
+    names.push_back(removal.file);
+  return names;
+}
+
 std::vector<std::string> names(const std::vector<PlannedFile>& files) {
   std::vector<std::string> names;
   for (const PlannedFile& file : files)

@@ -44,11 +44,6 @@ TEST_F(RealFileSystem, ReadsFilesWhoseSizeIsNotTold) {
   EXPECT_THAT(readFile(*files, "/proc/self/status"), ::testing::HasSubstr("VmSize"));
 }
 
-TEST_F(RealFileSystem, TellsOneFileSystemFromAnother) {
-  EXPECT_FALSE(files->volumeIdentity("/proc") == files->volumeIdentity("/dev"));
-  EXPECT_FALSE(files->volumeIdentity(folder.path()) == files->volumeIdentity("/proc"));
-}
-
 TEST_F(RealFileSystem, RootedResolvesWhereItsFolderIsNow) {
   files->makeFolder(folder / "card");
   const auto card = files->rooted(folder / "card");
@@ -80,7 +75,7 @@ TEST_F(RealFileSystem, ClosesWhatItOpens) {
     EXPECT_THROW(tree->read("a", content), FileError);
     EXPECT_THROW(tree->open("none"), FileError);
     EXPECT_THROW(tree->list("c"), FileError);
-    files->volumeIdentity(folder.path());
+    files->volumeSerial(folder.path());
     files->space(folder.path());
   }
   EXPECT_EQ(openDescriptors(), before);

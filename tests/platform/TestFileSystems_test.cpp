@@ -13,21 +13,21 @@ using ::testing::ElementsAre;
 
 TEST(MemoryFileSystem, AReplacedCardIsAnotherVolumeAtTheSamePath) {
   MemoryFileSystem files;
-  files.mount("/media/card", {.identity = {"fat:1", 7}, .space = {1000, 512}});
+  files.mount("/media/card", {.serial = "fat:1", .space = {1000, 512}});
   writeFile(files, "/media/card/a", "first");
   const auto held = files.rooted("/media/card");
-  EXPECT_FALSE(files.volumeIdentity("/") == files.volumeIdentity("/media/card/a"));
+  EXPECT_NE(files.volumeSerial("/"), files.volumeSerial("/media/card/a"));
   EXPECT_EQ(files.space("/media/card").clusterSize, 512U);
 
-  files.mount("/media/card", {.identity = {"fat:2", 7}});
-  EXPECT_EQ(files.volumeIdentity("/media/card").serial, "fat:2");
-  EXPECT_EQ(held->volumeIdentity({}).serial, "fat:1");
+  files.mount("/media/card", {.serial = "fat:2"});
+  EXPECT_EQ(files.volumeSerial("/media/card"), "fat:2");
+  EXPECT_EQ(held->volumeSerial({}), "fat:1");
   EXPECT_THAT(readTree(files, "/media/card"), IsTree(Tree{}));
   EXPECT_EQ(readFile(*held, "a"), "first");
 
   writeFile(files, "/local", "");
   EXPECT_THROW(files.rename("/local", "/media/card/local"), FileError);
-  files.setVolume("/media/card", {.identity = {"fat:2", 7}, .readOnly = true});
+  files.setVolume("/media/card", {.serial = "fat:2", .readOnly = true});
   EXPECT_THROW(files.create("/media/card/new"), FileError);
 }
 

@@ -156,9 +156,9 @@ VolumeSpace FailingFileSystem::space(const Path& path) const {
   return files_.space(path);
 }
 
-VolumeIdentity FailingFileSystem::volumeIdentity(const Path& path) const {
-  plan_->pass(FileOperation::volumeIdentity, path);
-  return files_.volumeIdentity(path);
+std::string FailingFileSystem::volumeSerial(const Path& path) const {
+  plan_->pass(FileOperation::volumeSerial, path);
+  return files_.volumeSerial(path);
 }
 
 Path FailingFileSystem::resolved(const Path& path) const {

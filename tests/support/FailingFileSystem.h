@@ -21,7 +21,7 @@ enum class FileOperation : std::uint8_t {
   removeFile,
   removeFolder,
   space,
-  volumeIdentity,
+  volumeSerial,
   resolved,
   rooted,
   fileRead,
@@ -61,7 +61,7 @@ class FailingFileSystem : public FileSystem {
   void removeFile(const Path& file) override;
   void removeFolder(const Path& folder) override;
   VolumeSpace space(const Path& path) const override;
-  VolumeIdentity volumeIdentity(const Path& path) const override;
+  std::string volumeSerial(const Path& path) const override;
   Path resolved(const Path& path) const override;
   std::unique_ptr<FileSystem> rooted(const Path& folder) const override;
 

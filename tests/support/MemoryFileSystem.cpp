@@ -14,6 +14,7 @@ struct MemoryFileSystem::Node {
   std::string bytes;
   Path target;  ///< of a link; empty for anything else
   std::map<std::string, std::shared_ptr<Node>> children;
+  std::map<std::string, std::string> shortNames;  ///< to the names of children
 };
 
 struct MemoryFileSystem::Disk {
@@ -102,7 +103,9 @@ class MemoryFile : public OpenFile {
 
 FileStatus statusOf(const Node* node) {
   if (node == nullptr) return {};
-  return {node->kind, node->kind == FileKind::regular ? node->bytes.size() : 0};
+  return {node->kind,
+          node->kind == FileKind::regular ? node->bytes.size() : 0,
+          {1, reinterpret_cast<std::uintptr_t>(node)}};
 }
 
 bool holds(const Node& folder, const Node& wanted) {
@@ -114,7 +117,6 @@ bool holds(const Node& folder, const Node& wanted) {
 
 MemoryFileSystem::MemoryFileSystem() : disk_(std::make_shared<Disk>()), base_(disk_->root), basePath_("/") {
   base_->volume = std::make_shared<MemoryVolume>();
-  base_->volume->identity.fileSystem = 1;
 }
 
 MemoryFileSystem::MemoryFileSystem(std::shared_ptr<Disk> disk, std::shared_ptr<Node> base, Path basePath)
@@ -128,9 +130,13 @@ MemoryFileSystem::Place MemoryFileSystem::find(const Path& path, bool follow) co
   const auto restart = [&] { way.assign(1, {nullptr, {}, disk_->root, "/"}); };
   std::deque<std::string> rest = components(path);
   for (int links = 0; !rest.empty();) {
-    const std::string name = std::move(rest.front());
+    std::string name = std::move(rest.front());
     rest.pop_front();
     const Place here = way.back();
+    if (const auto known = here.node->shortNames.find(name);
+        known != here.node->shortNames.end() && here.node->children.contains(known->second)) {
+      name = known->second;
+    }
     if (name == "/") {
       restart();
     } else if (here.node->kind != FileKind::folder) {
@@ -282,9 +288,9 @@ VolumeSpace MemoryFileSystem::space(const Path& path) const {
   return findExisting(path, true).node->volume->space;
 }
 
-VolumeIdentity MemoryFileSystem::volumeIdentity(const Path& path) const {
+std::string MemoryFileSystem::volumeSerial(const Path& path) const {
   const Lock lock(disk_->mutex);
-  return findExisting(path, true).node->volume->identity;
+  return findExisting(path, true).node->volume->serial;
 }
 
 Path MemoryFileSystem::resolved(const Path& path) const {
@@ -314,6 +320,12 @@ std::unique_ptr<FileSystem> MemoryFileSystem::rooted(const Path& folder) const {
 void MemoryFileSystem::addLink(const Path& link, const Path& target) {
   const Lock lock(disk_->mutex);
   add(link, FileKind::other)->target = target;
+}
+
+void MemoryFileSystem::addShortName(const Path& file, const std::string& shortName) {
+  const Lock lock(disk_->mutex);
+  const Place place = findExisting(file, false);
+  place.folder->shortNames[shortName] = place.name;
 }
 
 void MemoryFileSystem::addSpecial(const Path& path) {

@@ -10,7 +10,7 @@ namespace tamboro::test {
 
 /// What is mounted at a place of a MemoryFileSystem.
 struct MemoryVolume {
-  VolumeIdentity identity;
+  std::string serial;
   VolumeSpace space{1U << 30U, 4096};  ///< only told, never used up
   bool readOnly = false;               ///< every change fails with "Read-only file system"
 };
@@ -36,11 +36,13 @@ class MemoryFileSystem : public FileSystem {
   void removeFile(const Path& file) override;
   void removeFolder(const Path& folder) override;
   VolumeSpace space(const Path& path) const override;
-  VolumeIdentity volumeIdentity(const Path& path) const override;
+  std::string volumeSerial(const Path& path) const override;
   Path resolved(const Path& path) const override;
   std::unique_ptr<FileSystem> rooted(const Path& folder) const override;
 
   void addLink(const Path& link, const Path& target);
+  /// A second name of the file in its folder that a listing doesn't tell, such as FAT's short one.
+  void addShortName(const Path& file, const std::string& shortName);
   /// Something that is neither a file nor a folder, such as a pipe.
   void addSpecial(const Path& path);
   /// Puts an empty volume in the place of the folder, as when a card is pulled and another one put in: what is rooted

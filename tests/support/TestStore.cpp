@@ -83,7 +83,7 @@ TestStore::TestStore(MemoryFileSystem& memory, FileSystem& through)
     : files(memory), library({through, defaults, jobs, timers, panel, staging, backup}) {}
 
 void TestStore::mountCard(const std::string& serial, const Tree& card) {
-  files.mount("/media/card", {{serial, 0}, {1U << 30U, 4096}, false});
+  files.mount("/media/card", {serial, {1U << 30U, 4096}, false});
   writeTree(files, root, card);
 }
 
@@ -92,9 +92,9 @@ void TestStore::open(const Tree& card) {
   library.load("/media/card");
 }
 
-std::string TestStore::save() {
+std::string TestStore::save(RolandLibrary::ChangedFiles changed) {
   std::string text = "the save has not ended";
-  library.save([&](const std::exception_ptr& error) { text = textOf(error); });
+  library.save([&](const std::exception_ptr& error) { text = textOf(error); }, changed);
   jobs.runAll();
   return text;
 }

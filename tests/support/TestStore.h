@@ -46,7 +46,7 @@ struct TestStore {
     library.undoManager().endTurn();
   }
   /// Saves and runs the job to its end; the error's text, or an empty one.
-  std::string save();
+  std::string save(RolandLibrary::ChangedFiles changed = RolandLibrary::ChangedFiles::refuse);
   std::string import(const Path& source, const std::string& name, std::int64_t tag = 0);
 };
 

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <exception>
+#include <string>
+
+#include "platform/FileSystem.h"
+
+namespace tamboro {
+
+/// The card isn't as the store takes it to be, and what was asked for would cost files that aren't ours to replace.
+/// Thrown before anything is changed; `what` is the text the user reads (UTF-8).
+class CardConflict : public std::exception {
+ public:
+  enum class Kind {
+    changedSinceRead,  ///< files that a save was to replace or remove hold something else than what was read
+    unreadFile,        ///< a file stands where a save was to put a new one
+    leadsOutside       ///< a folder of the card is a link to a place that isn't on it
+  };
+
+  static CardConflict changedSinceRead(std::size_t files);
+  static CardConflict unreadFile(const Path& file);
+  static CardConflict leadsOutside(const Path& folder);
+
+  Kind kind() const { return kind_; }
+  const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  CardConflict(Kind kind, std::string text) : kind_(kind), text_(std::move(text)) {}
+
+  Kind kind_;
+  std::string text_;
+};
+
+}  // namespace tamboro

@@ -1,0 +1,255 @@
+// What stands on the card and isn't what the store read there: nothing of it may be lost unasked.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/FailingFileSystem.h"
+#include "support/TestStore.h"
+
+namespace tamboro::test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+using ChangedFiles = RolandLibrary::ChangedFiles;
+
+const Path longName = "WAVE/DATA/02/Kick Drum Studio A.wav";
+
+Tree cardWithLongName() {
+  Tree card = sampleCard();
+  card[longName.string()] = "long";
+  card["WAVE/PRM/02/08.spd"] = "<WvPrm><Path>02/Kick Drum Studio A.wav</Path></WvPrm>";
+  card["WAVE/PRM/02/09.spd"] = "<WvPrm><Path>02/KICKDR~1.WAV</Path></WvPrm>";
+  return card;
+}
+
+TEST(Conflicts, AShortNameIsTheFileOfTheLongOne) {
+  TestStore store;
+  Tree card = cardWithLongName();
+  store.open(card);
+  store.files.addShortName(TestStore::root / longName, "KICKDR~1.WAV");
+  store.library.deleteWave(209);
+  writeFile(store.files, "/home/KICKDR~1.WAV", "new");
+  ASSERT_EQ(store.import("/home/KICKDR~1.WAV", "New"), "");
+  ASSERT_EQ(store.save(), "");
+  EXPECT_EQ(store.card().at(longName.string()), "long");
+  EXPECT_EQ(store.card().at("WAVE/DATA/02/KICKDR~1_01.WAV"), "new");
+  EXPECT_FALSE(store.card().contains("WAVE/PRM/02/09.spd"));
+}
+
+// The system would give the long name a short one that a file is about to have.
+TEST(Conflicts, NewShortNamesReachTheCardBeforeNewLongOnes) {
+  TestStore store;
+  store.open();
+  for (const char* name : {"Kick Drum Studio A.wav", "KICKDR~1.WAV"}) {
+    writeFile(store.files, Path("/home") / name, name);
+    ASSERT_EQ(store.import(Path("/home") / name, "New"), "");
+  }
+  store.files.clearOperations();
+  ASSERT_EQ(store.save(), "");
+  std::vector<std::string> names;
+  for (const std::string& operation : store.files.operations()) {
+    if (operation.starts_with("rename") && operation.find("WAVE/DATA") != std::string::npos) names.push_back(operation);
+  }
+  ASSERT_EQ(names.size(), 2U);
+  EXPECT_THAT(names[0], HasSubstr("KICKDR~1"));
+}
+
+TEST(Conflicts, NoNewRecordTakesThePlaceOfAFileThatWasNeverRead) {
+  TestStore store;
+  Tree card = sampleCard();
+  card["KIT/KIT000.SPD"] = card["KIT/KIT003.SPD"] = "another's";
+  card["WAVE/PRM/02/00.SPD"] = "another's";
+  store.open(card);
+  EXPECT_EQ(store.library.createKit(1, true), 5);
+  writeFile(store.files, TestStore::root / "WAVE/PRM/02/01.spd", "written meanwhile");
+  writeFile(store.files, "/home/new.wav", "new");
+  ASSERT_EQ(store.import("/home/new.wav", "New"), "");
+  EXPECT_NE(store.library.wave(202), nullptr);
+
+  for (const char* place : {"KIT/kit005.spd", "WAVE/PRM/02/02.spd", "WAVE/DATA/02/new.wav"}) {
+    writeFile(store.files, TestStore::root / place, "written later");
+    const Tree before = store.card();
+    const std::string text = store.save(ChangedFiles::replace);
+    EXPECT_THAT(text, StartsWith("The card has a file that wasn't there when it was read"));
+    EXPECT_THAT(text, HasSubstr(place));
+    EXPECT_EQ(difference(before, store.card()), "");
+    EXPECT_TRUE(store.library.kit(5)->isDirty && store.library.wave(202)->isPending);
+    store.files.removeFile(TestStore::root / place);
+  }
+  EXPECT_EQ(store.save(), "");
+}
+
+TEST(Conflicts, WhatOthersHaveChangedIsReplacedOnlyOnTheUsersWord) {
+  for (const char* serial : {"fat:1234-ABCD", ""}) {
+    TestStore store;
+    store.mountCard(serial, sampleCard());
+    store.library.load("/media/card");
+    RolandLibrary& library = store.library;
+    store.turn([&] { library.setKitLevel(1, 3); });
+    library.setWaveTag(206, 0);
+    library.setTagName(0, "Mine");
+    library.deleteKit(4);
+    library.deleteWave(207);
+    Tree theirs = sampleCard();
+    for (const char* file : {"KIT/kit001.spd", "KIT/kit004.spd", "WAVE/PRM/02/07.spd"})
+      theirs[file] += " ";
+    if (*serial != 0) theirs["KIT/kit002.spd"] += " ";  // of no concern to this save
+    theirs["SYSTEM/wavelist_name.spd"] = "theirs";
+    theirs.erase("SYSTEM/tag_list.spd");  // written anew
+    theirs["KIT/kit04.spd"] = "theirs";   // would go with the kit
+    store.mountCard(serial, theirs);
+    const Tree before = store.card();
+    EXPECT_EQ(store.save(), "The instrument or another program has changed 4 files since the card was read.");
+    store.timers.tick();
+    store.jobs.runAll();
+    EXPECT_EQ(difference(before, store.card()), "");
+    EXPECT_EQ(store.files.status(TestStore::backup).kind, FileKind::none);
+    EXPECT_TRUE(library.kit(1)->isDirty && library.tagList()->isDirty && library.pendingDeletions().contains(207));
+
+    ASSERT_EQ(store.save(ChangedFiles::replace), "");
+    EXPECT_FALSE(library.hasUnsavedChanges());
+    EXPECT_FALSE(store.card().contains("KIT/kit04.spd"));
+    library.setKitLevel(1, 4);  // what a save has written is known to the next
+    ASSERT_EQ(store.save(), "");
+    // An undo step finds its record after the same card is read again, though it has no number to be known by.
+    library.load("/media/card");
+    EXPECT_EQ(library.kit(1)->level(), 4);
+    library.undoManager().undo();
+    library.undoManager().undo();
+    EXPECT_EQ(library.kit(1)->level(), 80);
+  }
+}
+
+TEST(Conflicts, ReadingAgainTakesTheCardAsItIs) {
+  TestStore store;
+  store.library.readAgain();
+  store.open();
+  store.library.setKitLevel(1, 3);
+  writeFile(store.files, TestStore::root / "KIT/kit001.spd", "<KitPrm><Level>55</Level></KitPrm>");
+  EXPECT_NE(store.save(), "");
+  store.library.readAgain();
+  EXPECT_EQ(store.library.kit(1)->level(), 55);
+  EXPECT_FALSE(store.library.hasUnsavedChanges());
+}
+
+TEST(Conflicts, ACardWithoutANumberIsKnownByWhatItHolds) {
+  TestStore store;
+  store.mountCard("", sampleCard());
+  store.library.load("/media/card");
+  store.turn([&] { store.library.setKitLevel(1, 3); });
+  Tree other = sampleCard();
+  for (auto& [name, bytes] : other)
+    if (name.ends_with(".spd") && name != "KIT/kit001.spd") bytes += " ";
+  store.mountCard("", other);
+  EXPECT_THAT(store.save(), HasSubstr("No such device"));
+  EXPECT_EQ(difference(other, store.card()), "");
+  store.library.load("/media/card");
+  store.library.undoManager().undo();  // a step of the other card
+  EXPECT_FALSE(store.library.hasUnsavedChanges());
+}
+
+TEST(Conflicts, FoldersThatLeadOutOfTheCardAreRefused) {
+  for (const Path folder : {"KIT", "SYSTEM", "WAVE", "WAVE/PRM", "WAVE/DATA", "WAVE/PRM/02", "WAVE/DATA/02"}) {
+    SCOPED_TRACE(folder);
+    TestStore store;
+    store.mountCard("a", sampleCard());
+    makeFolders(store.files, "/elsewhere");
+    store.files.rename(TestStore::root / folder, TestStore::root / "aside");
+    writeTree(store.files, "/elsewhere", readTree(store.files, TestStore::root / "aside"));
+    store.files.addLink(TestStore::root / folder, "/elsewhere");
+    store.library.openDroppedFolder("/media/card");
+    EXPECT_FALSE(store.library.isLoaded());
+    EXPECT_THAT(store.library.lastError()->toStdString(), HasSubstr("The folder " + folder.string() + " of this card"));
+    store.files.removeFile(TestStore::root / folder);
+    store.files.addLink(TestStore::root / folder, TestStore::root / "aside");
+    store.library.openDroppedFolder("/media/card");
+    EXPECT_TRUE(store.library.isLoaded());
+  }
+}
+
+TEST(Conflicts, AudioBehindALinkOutOfTheCardStays) {
+  TestStore store;
+  Tree card = sampleCard();
+  card["WAVE/PRM/02/08.spd"] = "<WvPrm><Path>02/out/a.wav</Path></WvPrm>";
+  store.mountCard("a", card);
+  writeFile(store.files, "/elsewhere/a.wav", "another's");
+  store.files.addLink(TestStore::root / "WAVE/DATA/02/out", "/elsewhere");
+  store.library.load("/media/card");
+  store.library.deleteWave(208);
+  EXPECT_EQ(store.save(), "");
+  EXPECT_EQ(readFile(store.files, "/elsewhere/a.wav"), "another's");
+}
+
+TEST(Conflicts, ADeletionThatFailsStaysPendingAsAWhole) {
+  struct Case {
+    const char* stuck;
+    bool keepsAudio;
+    bool keepsParameters;
+  };
+  for (const Case& c : {Case{"WAVE/PRM/02/07.spd", true, true}, Case{"WAVE/DATA/02/tom low.wav", true, false}}) {
+    MemoryFileSystem memory;
+    FailingFileSystem failing(memory);
+    TestStore store(memory, failing);
+    store.open();
+    store.library.deleteWave(207);
+    store.library.deleteKit(4);
+    store.library.setKitLevel(1, 3);
+    failing.failWhere(
+        [&](FileOperation operation, const Path& path) {
+          return operation == FileOperation::removeFile && (path == c.stuck || path == "KIT/kit004.spd");
+        },
+        std::errc::operation_not_permitted);
+    EXPECT_THAT(store.save(), HasSubstr("Operation not permitted"));
+    EXPECT_EQ(store.card().contains("WAVE/DATA/02/tom low.wav"), c.keepsAudio);
+    EXPECT_EQ(store.card().contains("WAVE/PRM/02/07.spd"), c.keepsParameters);
+    EXPECT_FALSE(store.library.kit(1)->isDirty);
+    EXPECT_TRUE(store.library.hasUnsavedChanges());
+
+    // Meanwhile the id and the slot are handed out again: what has taken them is not what is to go.
+    writeFile(memory, "/home/new.wav", "new");
+    while (store.library.wave(207) == nullptr)
+      ASSERT_EQ(store.import("/home/new.wav", "New"), "");
+    while (store.library.kit(4) == nullptr)
+      store.library.createKit(1, true);
+    EXPECT_NE(store.save(), "");
+    failing.failNothing();
+    EXPECT_EQ(store.save(), "");
+    EXPECT_FALSE(store.library.hasUnsavedChanges());
+    EXPECT_FALSE(store.card().contains("WAVE/DATA/02/tom low.wav"));
+    EXPECT_TRUE(store.card().contains("WAVE/PRM/02/07.spd") && store.card().contains("KIT/kit004.spd"));
+  }
+}
+
+TEST(Conflicts, OpeningAnotherCardWaitsForTheSavesThatWereAskedFor) {
+  TestStore store;
+  store.open();
+  writeTree(store.files, "/copy", sampleCard());
+  store.library.setKitLevel(1, 3);
+  std::string ended;
+  store.library.save([](const std::exception_ptr&) {});
+  store.library.setKitLevel(1, 4);
+  store.library.save([&](const std::exception_ptr& error) { ended = "ended" + textOf(error); });
+  store.library.load("/copy");
+  EXPECT_EQ(ended, "ended");
+  EXPECT_THAT(store.card().at("KIT/kit001.spd"), HasSubstr("<Level>4<"));
+}
+
+TEST(Conflicts, ADamagedFileIsNamedWithWhereAWholeCopyIs) {
+  TestStore store;
+  Tree card = sampleCard();
+  card["KIT/kit003.spd"] = "";
+  store.mountCard("a", card);
+  writeFile(store.files, TestStore::backup / "KIT/kit003.spd", card["KIT/kit001.spd"]);
+  store.library.openDroppedFolder("/media/card");
+  EXPECT_EQ(store.library.lastErrorDetail().toStdString(),
+            "KIT/kit003.spd is empty. The backup folder holds a whole copy of it.");
+  store.files.removeFile(TestStore::root / "KIT/kit003.spd");
+  writeFile(store.files, TestStore::root / "WAVE/PRM/02/05.spd", "<x");
+  store.library.openDroppedFolder("/media/card");
+  EXPECT_EQ(store.library.lastErrorDetail().toStdString(),
+            "WAVE/PRM/02/05.spd is damaged. The backup folder holds no copy of it.");
+}
+
+}  // namespace
+}  // namespace tamboro::test
