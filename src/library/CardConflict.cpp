@@ -28,6 +28,17 @@ CardConflict CardConflict::unreadFile(const Path& file) {
               "card again, which drops your unsaved changes."};
 }
 
+bool isChangedSinceRead(const std::exception_ptr& error) {
+  if (!error) return false;
+  try {
+    std::rethrow_exception(error);
+  } catch (const CardConflict& conflict) {
+    return conflict.kind() == CardConflict::Kind::changedSinceRead;
+  } catch (...) {
+    return false;
+  }
+}
+
 CardConflict CardConflict::leadsOutside(const Path& folder) {
   return {Kind::leadsOutside, "The folder " + shown(folder) +
                                   " of this card is a link to a place outside of it. A save would change files there, "

@@ -32,4 +32,7 @@ class CardConflict : public std::exception {
   std::string text_;
 };
 
+/// Whether an operation failed because others have changed what it was to replace: then the user can choose.
+bool isChangedSinceRead(const std::exception_ptr& error);
+
 }  // namespace tamboro

@@ -6,6 +6,7 @@
 #include <QStackedLayout>
 #include <QVBoxLayout>
 
+#include "library/CardConflict.h"
 #include "library/LibraryError.h"
 #include "library/RolandLibrary.h"
 #include "views/CardLocationPill.h"
@@ -169,13 +170,35 @@ void ContentView::rememberKit() {
 }
 
 void ContentView::save() {
-  store_.save([this, alive = QPointer<ContentView>(this)](const std::exception_ptr& error) {
-    if (!alive || !error) return;
-    showingExportError_ = errorText(error);
-    prompts_.alert(this, {.title = QStringLiteral("Couldn't Save"), .text = *showingExportError_},
-                   [this, alive](std::size_t) {
-                     if (alive) showingExportError_.reset();
-                   });
+  startSave(RolandLibrary::ChangedFiles::refuse);
+}
+
+void ContentView::startSave(RolandLibrary::ChangedFiles changed) {
+  store_.save(
+      [this, alive = QPointer<ContentView>(this)](const std::exception_ptr& error) {
+        if (alive && error) tellOfFailedSave(error);
+      },
+      changed);
+}
+
+void ContentView::tellOfFailedSave(const std::exception_ptr& error) {
+  showingExportError_ = errorText(error);
+  Alert alert{.title = QStringLiteral("Couldn't Save"), .text = *showingExportError_};
+  if (isChangedSinceRead(error)) {
+    alert.text += QStringLiteral(
+        "\n\n“Read Again” takes the card as it is now: your unsaved changes go. “Save Anyway” writes yours: what "
+        "others "
+        "have changed in these files goes.");
+    alert.buttons.push_back({QStringLiteral("Read Again"), AlertButton::Role::destructive});
+    alert.buttons.push_back({QStringLiteral("Save Anyway"), AlertButton::Role::destructive});
+  }
+  prompts_.alert(this, alert, [this, alive = QPointer<ContentView>(this)](std::size_t button) {
+    constexpr std::size_t readAgain = 1;
+    constexpr std::size_t saveAnyway = 2;
+    if (!alive) return;
+    showingExportError_.reset();
+    if (button == readAgain) store_.readAgain();
+    if (button == saveAnyway) startSave(RolandLibrary::ChangedFiles::replace);
   });
 }
 

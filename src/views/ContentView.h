@@ -45,6 +45,8 @@ class ContentView : public QWidget {
   void restore();
   void rememberKit();
   void save();
+  void startSave(RolandLibrary::ChangedFiles changed);
+  void tellOfFailedSave(const std::exception_ptr& error);
   void followShortcutsHelp();
 
   RolandLibrary& store_;

@@ -205,6 +205,33 @@ TEST(ContentView, TellsOfAFailedSaveOnce) {
   EXPECT_TRUE(main.find("saveButton").isEnabled()) << "the edits wait for another try";
 }
 
+TEST(ContentView, AsksWhoseChangesStayWhereOthersHaveChangedTheCard) {
+  const std::size_t readAgain = 1;
+  const std::size_t saveAnyway = 2;
+  for (const std::size_t button : {std::size_t{0}, readAgain, saveAnyway}) {
+    MainWindow main;
+    main.showCard();
+    main.store.library.setKitLevel(1, 12);
+    const std::string theirs = replaced(main.store.card().at("KIT/kit001.spd"), "<Level>80<", "<Level>55<");
+    writeFile(main.store.files, TestStore::root / "KIT/kit001.spd", theirs);
+    main.pressSave();
+    main.store.jobs.runAll();
+    ASSERT_EQ(main.prompts.alerts.size(), 1U);
+    const Alert alert = main.prompts.alerts.front().first;
+    EXPECT_EQ(alert.title, QStringLiteral("Couldn't Save"));
+    EXPECT_TRUE(alert.text.startsWith(
+        QStringLiteral("The instrument or another program has changed 1 file since the card was read.")));
+    ASSERT_EQ(alert.buttons.size(), 3U);
+    EXPECT_EQ(alert.buttons[readAgain].title, QStringLiteral("Read Again"));
+    EXPECT_EQ(alert.buttons[saveAnyway].title, QStringLiteral("Save Anyway"));
+    main.prompts.press(button);
+    main.store.jobs.runAll();
+    EXPECT_EQ(main.store.library.kit(1)->level(), button == readAgain ? 55 : 12);
+    EXPECT_EQ(main.store.library.hasUnsavedChanges(), button == 0);
+    EXPECT_EQ(main.store.card().at("KIT/kit001.spd") == theirs, button != saveAnyway);
+  }
+}
+
 TEST(ContentView, PillTellsWhereTheCardIsAndWhyAnotherDidNotOpen) {
   MainWindow main;
   main.showCard();
