@@ -11,14 +11,6 @@ namespace tamboro {
 
 namespace {
 
-std::vector<std::string> listedOrNone(const FileSystem& card, const Path& folder) {
-  try {
-    return card.list(folder);
-  } catch (const FileError&) {
-    return {};
-  }
-}
-
 /// `count` of the paths, evenly spread.
 std::vector<Path> spread(const std::vector<Path>& all, std::size_t count) {
   std::vector<Path> some;
@@ -73,7 +65,7 @@ bool looksTheSame(const FileSystem& card, const KnownFiles& known) {
 void requireSameCard(const FileSystem& files, const Path& root, const std::string& serial, const KnownFiles& known) {
   const std::string now = files.volumeSerial(root);
   if (now == serial && (!serial.empty() || looksTheSame(*files.rooted(root), known))) return;
-  throw FileError(std::make_error_code(std::errc::no_such_device), root);
+  throw OtherCard(std::make_error_code(std::errc::no_such_device), files.resolved(root));
 }
 
 void requireFoldersInside(const FileSystem& card) {

@@ -9,7 +9,13 @@
 /// What is made sure of before the program changes or copies anything of a card.
 namespace tamboro {
 
-/// Throws FileError (no such device) where the card under `root` is not the one that `serial` and `known` were taken
+/// What is mounted at the card's place is another card.
+class OtherCard : public FileError {
+ public:
+  using FileError::FileError;
+};
+
+/// Throws OtherCard (no such device) where the card under `root` is not the one that `serial` and `known` were taken
 /// from: by the serial number of its volume, where it has none by its content. Then it is the same card as long as of
 /// some files spread over it half are as they were last known: the instrument may have changed a few.
 void requireSameCard(const FileSystem& files, const Path& root, const std::string& serial, const KnownFiles& known);

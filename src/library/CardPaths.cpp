@@ -91,6 +91,10 @@ Path tagNameIndexFile() {
   return systemFolder() / "wavelist_tagname.spd";
 }
 
+bool isTemporary(std::string_view name) {
+  return name.starts_with(temporaryPrefix);
+}
+
 std::optional<std::int64_t> slotOfKitFile(std::string_view name) {
   return integerBetween("kit", name, documentExtension);
 }

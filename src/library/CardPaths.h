@@ -24,6 +24,10 @@ Path nameIndexFile();                                          ///< SYSTEM/wavel
 Path tagNumberIndexFile();                                     ///< SYSTEM/wavelist_tagnum.spd
 Path tagNameIndexFile();                                       ///< SYSTEM/wavelist_tagname.spd
 
+/// How the names begin that only a save in progress gives; a cut can leave such files and folders.
+inline constexpr std::string_view temporaryPrefix = ".tamboro-";
+bool isTemporary(std::string_view name);
+
 /// The slot that a file name in KIT stands for: "kit", an integer, ".spd", case-sensitive. kit7.spd and kit007.spd are
 /// the same slot.
 std::optional<std::int64_t> slotOfKitFile(std::string_view name);

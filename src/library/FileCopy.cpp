@@ -47,6 +47,14 @@ std::string fileKey(const Path& path) {
   return key;
 }
 
+std::vector<std::string> listedOrNone(const FileSystem& files, const Path& folder) {
+  try {
+    return files.list(folder);
+  } catch (const FileError&) {
+    return {};
+  }
+}
+
 FileStatus sourceStatus(const FileSystem& files, const Path& source) {
   const FileStatus status = files.status(source);
   switch (status.kind) {
@@ -73,14 +81,17 @@ void replaceFile(FileSystem& files, const Path& target, Durability durability,
                  const std::function<void(OpenFile&)>& fill) {
   targetStatus(files, target);
   Path temporary;
-  std::unique_ptr<OpenFile> file = createBeside(files, target, temporary);
+  std::unique_ptr<OpenFile> file;
   try {
+    file = createBeside(files, target, temporary);
     fill(*file);
     if (durability == Durability::synced) file->sync();
     file.reset();
     files.rename(temporary, target);
-  } catch (...) {
+  } catch (const FileError& error) {
+    file.reset();
     removeQuietly(files, temporary);
+    if (error.path() == temporary) throw FileError(error.code(), target);  // the user knows that one
     throw;
   }
   if (durability == Durability::synced) files.open(folderOf(target))->sync();

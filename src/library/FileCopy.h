@@ -15,6 +15,8 @@ bool isInside(const Path& place, const Path& folder);
 /// Equal keys: on a FAT volume the two paths may be one file. Case, canonical form and points and blanks at the end of
 /// a name don't count.
 std::string fileKey(const Path& path);
+/// The names in a folder; none where it can't be listed.
+std::vector<std::string> listedOrNone(const FileSystem& files, const Path& folder);
 /// The status of a file to be copied, a link followed. Throws for anything but a regular file.
 FileStatus sourceStatus(const FileSystem& files, const Path& source);
 /// The status of what a new file is to replace; kind `none` where nothing stands. Throws for anything but a regular

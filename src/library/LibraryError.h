@@ -18,7 +18,10 @@ class LibraryError : public std::exception {
   Case case_;
 };
 
-/// What the user reads of a failed load, save, import or export: the error's own description.
+/// Whether an operation failed for want of room.
+bool isForRoom(const std::exception_ptr& error);
+/// What the user reads of a failed load, save, import or export: the error's own description; a sentence on what to do
+/// stands before the system's words.
 QString errorText(const std::exception_ptr& error);
 
 }  // namespace tamboro

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "library/Leftovers.h"
 #include "library/RecordLives.h"
 #include "library/SaveJob.h"
 #include "library/SetAllPadField.h"
@@ -95,6 +96,8 @@ class RolandLibrary : public QObject {
   double autoSaveInterval() const { return autoSaveInterval_; }
   bool backupBeforeSaveEnabled() const { return backupBeforeSaveEnabled_; }
   bool showingShortcutsHelp() const { return showingShortcutsHelp_; }
+  /// What saves that were cut had left on the card when it was read.
+  const Leftovers& leftovers() const { return leftovers_; }
   void setCopiedWaveIndex(std::optional<WaveId> id);
   void setSelectedKitSlot(std::optional<Slot> slot);
   void setSelectedPadIndex(int index);
@@ -263,6 +266,7 @@ class RolandLibrary : public QObject {
   bool isExporting_ = false;
   std::optional<QString> lastError_;
   QString lastErrorDetail_;
+  Leftovers leftovers_;
   std::optional<QString> rootPath_;
   std::map<WaveId, Wave> pendingDeletions_;
   std::map<RecordLives::Life, Wave> deletedWaves_;     ///< all pending deletions: an id can be deleted more than once

@@ -3,6 +3,7 @@
 
 #include "library/CardCheck.h"
 #include "library/CardReader.h"
+#include "library/FileCopy.h"
 #include "library/LibraryError.h"
 #include "library/RolandLibrary.h"
 #include "platform/FolderBookmark.h"
@@ -26,12 +27,8 @@ bool isCardRoot(const FileSystem& files, const Path& folder) {
 
 std::vector<Path> entries(const FileSystem& files, const Path& folder) {
   std::vector<Path> paths;
-  try {
-    for (const std::string& name : files.list(folder))
-      paths.push_back(folder / name);
-  } catch (const FileError&) {
-    // What can't be listed holds no card.
-  }
+  for (const std::string& name : listedOrNone(files, folder))  // what can't be listed holds no card
+    paths.push_back(folder / name);
   return paths;
 }
 
@@ -81,6 +78,7 @@ void RolandLibrary::load(const Path& location) {
   rootURL_ = *root;
   serial_ = std::move(serial);
   known_ = std::move(content.known);
+  leftovers_ = findLeftovers(*card);
   kits_ = std::move(content.kits);
   waves_ = std::move(content.waves);
   tagList_ = TagList{content.tagListDoc.root, false};
