@@ -22,7 +22,7 @@ void requireSameVolume(const FileSystem& files, const Path& root, const VolumeId
   throw FileError(std::make_error_code(std::errc::no_such_device), root);
 }
 
-ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files) {
+ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files, SaveProgress* progress) {
   // A save can start by itself long after the card was pulled and another one mounted in its place.
   requireSameVolume(files, snapshot.root, snapshot.volume);
   // From here on the card is held: asked again, since it can have changed between the question and the hold.
@@ -32,7 +32,7 @@ ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files) {
   if (snapshot.backupBeforeSave) backUpQuietly(snapshot, *card, files);
   ExportResult result;
   const SavePlan plan = makeSavePlan(snapshot, *card, result);
-  writeToCard(*card, files, plan);
+  writeToCard(*card, files, plan, progress);
   return result;
 }
 

@@ -82,7 +82,7 @@ void addAudio(const SaveSnapshot& snapshot, const Wave& wave, SavePlan& plan) {
   if (!wave.isPending) return;
   const auto staged = snapshot.stagedAudioFiles.find(wave.id());
   const std::optional<Path> target = cardpaths::audioTarget(wave);
-  if (staged != snapshot.stagedAudioFiles.end() && target) plan.files.push_back({*target, staged->second});
+  if (staged != snapshot.stagedAudioFiles.end() && target) plan.files.push_back({*target, staged->second, FileGroup::audio});
 }
 
 void addSamples(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& result) {
@@ -94,7 +94,8 @@ void addSamples(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& resu
       addAudio(snapshot, wave, plan);
     for (const Wave& wave : group) {
       SpdDocument document = waveDocument(wave, find(snapshot.waveDocs, wave.id()));
-      plan.files.push_back({cardpaths::waveParameterFile(wave.bank, wave.fileNumber), document.serialize()});
+      const Path file = cardpaths::waveParameterFile(wave.bank, wave.fileNumber);
+      plan.files.push_back({file, document.serialize(), FileGroup::parameters});
       result.updatedWaveDocs.insert_or_assign(wave.id(), std::move(document));
     }
   }
@@ -103,7 +104,7 @@ void addSamples(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& resu
 void addKits(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& result) {
   for (const Kit& kit : snapshot.dirtyKits) {
     SpdDocument document = kitDocument(kit, find(snapshot.kitDocs, kit.slot));
-    plan.files.push_back({cardpaths::kitFile(kit.slot), document.serialize()});
+    plan.files.push_back({cardpaths::kitFile(kit.slot), document.serialize(), FileGroup::kits});
     result.updatedKitDocs.insert_or_assign(kit.slot, std::move(document));
   }
 }
@@ -111,15 +112,15 @@ void addKits(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& result)
 void addTagList(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& result) {
   if (!snapshot.tagList || !snapshot.tagList->isDirty) return;
   SpdDocument document = tagListDocument(*snapshot.tagList, snapshot.tagListDoc ? &*snapshot.tagListDoc : nullptr);
-  plan.files.push_back({cardpaths::tagListFile(), document.serialize()});
+  plan.files.push_back({cardpaths::tagListFile(), document.serialize(), FileGroup::tagList});
   result.updatedTagListDoc = std::move(document);
 }
 
 void addIndexes(const SaveSnapshot& snapshot, SavePlan& plan) {
   const WaveListIndexes indexes = buildWaveListIndexes(snapshot.waves, static_cast<int>(snapshot.tagCount));
-  plan.files.push_back({cardpaths::nameIndexFile(), indexes.byName.serialize()});
-  plan.files.push_back({cardpaths::tagNumberIndexFile(), indexes.byTagNumber.serialize()});
-  plan.files.push_back({cardpaths::tagNameIndexFile(), indexes.byTagName.serialize()});
+  plan.files.push_back({cardpaths::nameIndexFile(), indexes.byName.serialize(), FileGroup::lists});
+  plan.files.push_back({cardpaths::tagNumberIndexFile(), indexes.byTagNumber.serialize(), FileGroup::lists});
+  plan.files.push_back({cardpaths::tagNameIndexFile(), indexes.byTagName.serialize(), FileGroup::lists});
 }
 
 }  // namespace

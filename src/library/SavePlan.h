@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <variant>
 #include <vector>
@@ -8,17 +9,21 @@
 
 namespace tamboro {
 
+/// Each is on the card before the next one is begun; the files of one become visible in any order.
+enum class FileGroup : std::uint8_t { audio, parameters, kits, tagList, lists };
+
 /// One file that a save puts on the card: its bytes, or the file (outside the card) whose bytes it takes.
 struct PlannedFile {
   Path path;
   std::variant<std::string, Path> content;
+  FileGroup group = FileGroup::audio;
 };
 
 /// What a save does to the card, as plain values; paths are relative to the root. `CardWriter` carries it out.
 struct SavePlan {
   std::vector<Path> removals;      ///< in order; what can't be removed is passed over
   std::vector<Path> folders;       ///< to be there afterwards, parents before children
-  std::vector<PlannedFile> files;  ///< in the order in which they must become visible
+  std::vector<PlannedFile> files;  ///< a change of group is a barrier
 };
 
 /// A record's document as a save or an export writes it: the record's tree with line separator and trailing bytes of
