@@ -95,7 +95,7 @@ void requireUntouched(const FileSystem& card, const SavePlan& plan, const KnownF
   }
   for (const PlannedFile& file : plan.files) {
     // The wave lists belong to no one, and what the plan takes away first was looked at above.
-    if (file.isDerived || removed.contains(file.path)) continue;
+    if (file.group == FileGroup::lists || removed.contains(file.path)) continue;
     if (card.entryStatus(file.path).kind != FileKind::regular) continue;  // the writer refuses anything else
     if (!known.isKnown(file.path)) throw CardConflict::unreadFile(file.path);
     if (std::holds_alternative<std::string>(file.content)) compare(file.path);

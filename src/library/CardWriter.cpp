@@ -7,16 +7,19 @@
 #include "library/SaveBatches.h"
 
 // On FAT a name, the size behind it and the chain of clusters lie in three places of the disk, and what reaches the
-// device first is not ours to say: only an fsync parts what stands before it from what stands behind it. Three rules
-// follow. New content is on the device before a name leads to it. A cluster that a name still leads to on the device
-// is not given out again: a file that loses its name is held open until the loss is on the device. A name that is to
-// be seen before another one is synced before it.
+// device first is not ours to say: only a flush parts what stands before it from what stands behind it. Four rules
+// follow; docs/saving.md tells what was found without them. New content is on the device before a name leads to it. A
+// cluster that a name still leads to on the device is not given out again: a file that loses its name is held open
+// until the loss is on the device. What is to be seen before something else has a barrier between them. And between a
+// rename and the write of the volume behind it there is nothing that takes time: a new name leads to no content until
+// then.
 namespace tamboro {
 namespace {
 
 constexpr std::size_t removalsHeld = 200;
 constexpr int maxNameTries = 10000;
-const std::string temporaryPrefix = ".tamboro-";
+constexpr std::uint64_t largeFile = std::uint64_t{1} << 20U;
+const std::string temporaryPrefix(cardpaths::temporaryPrefix);
 
 using Files = std::vector<std::unique_ptr<OpenFile>>;
 
@@ -41,10 +44,6 @@ bool isFree(int number, const auto& make) {
 
 void syncFolder(const FileSystem& card, const Path& folder) {
   card.open(folder)->sync();
-}
-
-void addOnce(std::vector<Path>& paths, const Path& path) {
-  if (std::ranges::find(paths, path) == paths.end()) paths.push_back(path);
 }
 
 // The removed file, still open; nothing where none is there.
@@ -87,24 +86,22 @@ FailedRemovals carryOutRemovals(FileSystem& card, const std::vector<PlannedRemov
   return failed;
 }
 
-// Carries out one batch: steps 2 to 9.
+// Carries out the batches: all but the removals.
 class BatchWriter {
  public:
-  /// `root` and `unchanged` are held open: the card's root and a folder of it in which nothing is pending.
-  BatchWriter(FileSystem& card, const FileSystem& files, OpenFile& root, OpenFile& unchanged, const SaveBatch& batch)
-      : card_(card), files_(files), root_(root), unchanged_(unchanged), batch_(batch) {}
+  /// `root` is the card's root, held open.
+  BatchWriter(FileSystem& card, const FileSystem& files, OpenFile& root, SaveProgress& progress)
+      : card_(card), files_(files), root_(root), progress_(progress) {}
 
-  void run() {
+  void run(const std::vector<SaveBatch>& batches) {
     try {
       makeTemporaryFolder();
-      growFolders();
-      makeNewFolders();
-      createFiles();
-      fillFiles();
-      putInPlace();
-      syncTargetFolders();
-      closeFiles();
+      for (const SaveBatch& batch : batches)
+        write(batch);
       removeTemporaryFolder();
+    } catch (const FileError& error) {
+      tidy();
+      throw FileError(error.code(), known(error.path()));
     } catch (...) {
       tidy();
       throw;
@@ -112,22 +109,22 @@ class BatchWriter {
   }
 
  private:
-  static bool isCopy(const PlannedFile& file) { return std::holds_alternative<Path>(file.content); }
+  Path known(const Path& failed) const;
   // Plain numbers: on FAT they need no long-name entries, and nothing takes them for a file of the card.
   Path temporary(std::size_t number) const { return temporaryPath_ / std::to_string(number); }
-  Path temporaryFile(std::size_t index) const { return temporary(batch_.newFolders.size() + index); }
+  Path temporaryFolder(std::size_t index) const { return temporary(index); }
+  Path temporaryFile(std::size_t index) const { return temporary(batch_->newFolders.size() + index); }
 
+  void write(const SaveBatch& batch);
+  void barrier();
   void makeTemporaryFolder();
   void growFolders();
-  void grow(const Path& place, const Path& folder);
+  void grow(const Path& folder, std::size_t entries, const auto& afterEach);
   void makeNewFolders();
-  void makeSiblings(std::size_t first, std::size_t end);
-  void createFiles();
   void fillFiles();
   void fill(OpenFile& file, const PlannedFile& planned);
+  void holdReplaced();
   void putInPlace();
-  void syncAudioFolders();
-  void syncTargetFolders();
   void closeFiles();
   void removeTemporaryFolder();
   void tidy();
@@ -135,159 +132,150 @@ class BatchWriter {
   FileSystem& card_;
   const FileSystem& files_;
   OpenFile& root_;
-  OpenFile& unchanged_;
-  const SaveBatch& batch_;
+  SaveProgress& progress_;
 
   Path temporaryPath_;  ///< empty until the folder is made
   std::unique_ptr<OpenFile> temporaryFolder_;
+
+  // The batch being written.
+  const SaveBatch* batch_ = nullptr;
   std::size_t foldersMade_ = 0;  ///< in the temporary folder; one whose making failed counts
   std::size_t foldersMoved_ = 0;
   std::size_t filesMoved_ = 0;
-  std::vector<Path> audioFolders_;   ///< got a copied file's name and aren't synced
-  std::vector<Path> targetFolders_;  ///< got any file's name
-  Files old_;                        ///< replaced files
-  Files new_;                        ///< created files, in the batch's order
+  Files old_;  ///< replaced files
+  Files new_;  ///< created files, in the batch's order
 };
 
+// What the user knows of a place where a step failed: temporary names say nothing to him.
+Path BatchWriter::known(const Path& failed) const {
+  if (batch_ != nullptr && !temporaryPath_.empty() && failed.parent_path() == temporaryPath_) {
+    for (std::size_t i = 0; i < batch_->newFolders.size(); ++i)
+      if (failed == temporaryFolder(i)) return batch_->newFolders[i];
+    for (std::size_t i = 0; i < batch_->files.size(); ++i)
+      if (failed == temporaryFile(i)) return batch_->files[i].path;
+  }
+  Path path = failed;
+  while (std::ranges::any_of(path, [](const Path& name) { return cardpaths::isTemporary(name.native()); }))
+    path = path.parent_path();
+  return path.empty() || path == "." ? card_.resolved({}) : path;
+}
+
+void BatchWriter::write(const SaveBatch& batch) {
+  batch_ = &batch;
+  foldersMade_ = foldersMoved_ = filesMoved_ = 0;
+  growFolders();
+  makeNewFolders();
+  fillFiles();
+  holdReplaced();
+  putInPlace();
+  closeFiles();
+}
+
+// What was done before it is on the device before anything that is done behind it. Writing the volume brings each
+// file's size and first cluster into its entry before the entry goes out, but it doesn't flush; a sync flushes, but of
+// all that waits it writes the names of one folder and the allocation table only. With nothing left to write it is but
+// the flush.
+void BatchWriter::barrier() {
+  root_.writeBackVolume();
+  root_.sync();
+}
+
 // Step 2. A folder that an earlier cut left behind is never entered and never deleted: its entries can share clusters
-// with files that are in place by now. The unchanged folder goes first: any fsync on FAT writes the allocation table,
-// and the new folder's clusters must be known there before the root's entry that leads to them.
+// with files that are in place by now.
 void BatchWriter::makeTemporaryFolder() {
   for (int number = 1; temporaryPath_.empty(); ++number) {
     const Path path = temporaryPrefix + std::to_string(number);
     if (isFree(number, [&] { card_.makeFolder(path); })) temporaryPath_ = path;
   }
   temporaryFolder_ = card_.open(temporaryPath_);
-  unchanged_.sync();
-  root_.sync();
 }
 
-// Before step 3. A folder that outgrows its clusters while names come into it has the new cluster in its chain with the
-// first sync of a file, and shows what that cluster held before as its entries until it is synced itself. So it grows
-// now, by names that are gone again before anything is written, and at its end: nothing that it holds is touched. (A
-// device that brings the chain before the cluster can still show such entries behind a cut in these few writes.)
+// Step 3, for folders that are in place. A folder that outgrows its clusters shows what the new one held before, as its
+// entries, while the chain is on the device and the cluster's content isn't. So it grows now, by names that are gone
+// again before anything is written, and is synced with each cluster: that writes the content before the chain. Several
+// at once could have a chain that leads on to clusters whose part of the allocation table isn't written yet.
 void BatchWriter::growFolders() {
-  for (const auto& [folder, entries] : batch_.entries) {
-    if (std::ranges::find(batch_.newFolders, folder) == batch_.newFolders.end()) grow(folder, folder);
+  root_.writeBackVolume();
+  for (const auto& [folder, entries] : batch_->entries) {
+    if (std::ranges::find(batch_->newFolders, folder) != batch_->newFolders.end()) continue;
+    const std::unique_ptr<OpenFile> held = card_.open(folder);
+    std::uint64_t size = held->size();
+    grow(folder, entries, [&] {
+      if (held->size() == size) return;
+      held->sync();
+      size = held->size();
+    });
   }
 }
 
-// Makes the folder at `place` large enough for what will come into `folder`.
-void BatchWriter::grow(const Path& place, const Path& folder) {
-  const auto found = batch_.entries.find(folder);
-  if (found == batch_.entries.end()) return;
-  const std::size_t count = Placeholders::count(found->second);
+// Makes room for so many entries; `afterEach` is called behind each placeholder.
+void BatchWriter::grow(const Path& folder, std::size_t entries, const auto& afterEach) {
   std::vector<Path> placeholders;
   Files held;  // some mounts write what is pending when a file is closed, and the chain first
+  const auto remove = [&](const Path& placeholder) { card_.removeFile(placeholder); };
   try {
-    for (int number = 1; placeholders.size() < count; ++number) {
+    for (int number = 1; placeholders.size() < Placeholders::count(entries); ++number) {
       std::string name = temporaryPrefix + std::to_string(number) + "-";
       name.resize(Placeholders::nameSize, '-');
-      if (isFree(number, [&] { held.push_back(card_.create(place / name)); })) placeholders.push_back(place / name);
+      if (!isFree(number, [&] { held.push_back(card_.create(folder / name)); })) continue;
+      placeholders.push_back(folder / name);
+      afterEach();
     }
-    syncFolder(card_, place);
-    for (const Path& placeholder : placeholders)
-      card_.removeFile(placeholder);
-    syncFolder(card_, place);
+    std::ranges::for_each(placeholders, remove);
   } catch (...) {
     for (const Path& placeholder : placeholders)
-      quietly([&] { card_.removeFile(placeholder); });
-    quietly([&] { syncFolder(card_, place); });
+      quietly([&] { remove(placeholder); });
+    quietly([&] { syncFolder(card_, folder); });
     throw;
   }
 }
 
-// Step 3, one level of the tree after the other, so that a folder is on the device before it gets folders of its own.
+// Step 4. A folder's first cluster holds its own "." and ".."; made in its final place, the name could reach the device
+// before that cluster does. Nothing sees it grow here, so it gets room for all that is ever likely to come.
 void BatchWriter::makeNewFolders() {
-  const auto depth = [&](std::size_t i) {
-    return std::distance(batch_.newFolders[i].begin(), batch_.newFolders[i].end());
-  };
-  for (std::size_t first = 0; first < batch_.newFolders.size();) {
-    std::size_t end = first + 1;
-    while (end < batch_.newFolders.size() && depth(end) == depth(first))
-      ++end;
-    makeSiblings(first, end);
-    first = end;
-  }
-}
-
-// A folder's first cluster holds its own "." and ".."; made in its final place, the name could reach the device before
-// that cluster does. The move rewrites "..", hence the sync of the moved folders.
-void BatchWriter::makeSiblings(std::size_t first, std::size_t end) {
-  Files made;
-  for (std::size_t i = first; i < end; ++i) {
+  for (std::size_t i = 0; i < batch_->newFolders.size(); ++i) {
     ++foldersMade_;
-    card_.makeFolder(temporary(i));
-    made.push_back(card_.open(temporary(i)));
-    grow(temporary(i), batch_.newFolders[i]);
+    card_.makeFolder(temporaryFolder(i));
+    grow(temporaryFolder(i), newFolderEntries, [] {});
   }
-  temporaryFolder_->sync();
-  std::vector<Path> parents;
-  for (std::size_t i = first; i < end; ++i) {
-    card_.rename(temporary(i), batch_.newFolders[i]);
-    ++foldersMoved_;
-    addOnce(parents, folderOf(batch_.newFolders[i]));
-  }
-  temporaryFolder_->sync();
-  for (const auto& folder : made)
-    folder->sync();
-  for (const Path& parent : parents)
-    syncFolder(card_, parent);
 }
 
-// Step 4. The temporary names are on the device while they lead to nothing yet, so no later write touches the folder
-// that holds them.
-void BatchWriter::createFiles() {
-  for (std::size_t i = 0; i < batch_.files.size(); ++i)
-    new_.push_back(card_.create(temporaryFile(i)));
-  temporaryFolder_->sync();
-}
-
-// Step 5. The pages of all files go out side by side and are then awaited; one sync of the unchanged root writes the
-// allocation table and flushes the device. Now all content is on the device and nothing of it visible.
+// Step 5. Behind its barrier all content is on the device and nothing of it visible. Small files are left to it, so
+// that the system joins neighbours into few writes.
 void BatchWriter::fillFiles() {
-  for (std::size_t i = 0; i < batch_.files.size(); ++i) {
-    fill(*new_[i], batch_.files[i]);
-    new_[i]->startWriteback();
+  for (std::size_t i = 0; i < batch_->files.size(); ++i) {
+    new_.push_back(card_.create(temporaryFile(i)));
+    fill(*new_.back(), batch_->files[i]);
+    ++progress_.done;
   }
-  for (const auto& file : new_)
-    file->startWriteback();
-  root_.sync();
+  barrier();
 }
 
 void BatchWriter::fill(OpenFile& file, const PlannedFile& planned) {
-  if (!isCopy(planned)) return file.write(std::get<std::string>(planned.content));
+  if (const auto* bytes = std::get_if<std::string>(&planned.content)) return file.write(*bytes);
   const Path& source = std::get<Path>(planned.content);
-  sourceStatus(files_, source);
+  const bool isLarge = sourceStatus(files_, source).size >= largeFile;
   file.append(*files_.open(source));
+  if (isLarge) file.startWriteback();
 }
 
-// Step 6. The old file is held open, else its clusters would be free while its name still leads to them. The sync of
-// the new file brings its size and first cluster under the new name, in the order in which the names must be seen.
-// Behind audio the folder is synced, too, before the parameters that name it: its entry is new there.
-void BatchWriter::putInPlace() {
-  for (std::size_t i = 0; i < batch_.files.size(); ++i) {
-    const PlannedFile& file = batch_.files[i];
-    if (!isCopy(file)) syncAudioFolders();
+// Step 6. Else a replaced file's clusters would be free while its name still leads to them.
+void BatchWriter::holdReplaced() {
+  for (const PlannedFile& file : batch_->files) {
     if (targetStatus(card_, file.path).kind == FileKind::regular) old_.push_back(card_.open(file.path));
-    card_.rename(temporaryFile(i), file.path);
-    ++filesMoved_;
-    addOnce(targetFolders_, folderOf(file.path));
-    if (isCopy(file)) addOnce(audioFolders_, folderOf(file.path));
-    new_[i]->sync();
   }
 }
 
-void BatchWriter::syncAudioFolders() {
-  for (const Path& folder : audioFolders_)
-    syncFolder(card_, folder);
-  audioFolders_.clear();
-}
-
-// Step 7.
-void BatchWriter::syncTargetFolders() {
-  for (const Path& folder : targetFolders_)
-    syncFolder(card_, folder);
+// Step 7, one group of files after the other. New folders go with the first: they are empty or show some of it.
+void BatchWriter::putInPlace() {
+  for (; foldersMoved_ < batch_->newFolders.size(); ++foldersMoved_)
+    card_.rename(temporaryFolder(foldersMoved_), batch_->newFolders[foldersMoved_]);
+  const auto& files = batch_->files;
+  for (; filesMoved_ < files.size(); ++filesMoved_) {
+    if (filesMoved_ > 0 && files[filesMoved_].group != files[filesMoved_ - 1].group) barrier();
+    card_.rename(temporaryFile(filesMoved_), files[filesMoved_].path);
+  }
+  barrier();
 }
 
 // Step 8. Only now, and the new ones first: some mounts write a file's pending names when it is closed, and what was
@@ -297,7 +285,7 @@ void BatchWriter::closeFiles() {
   old_.clear();
 }
 
-// Step 9. The folder is held open until the root has forgotten it, for the reason of step 1.
+// Step 9. The folder is held open until the root has forgotten it: its clusters, too, are not given out before that.
 void BatchWriter::removeTemporaryFolder() {
   card_.removeFolder(temporaryPath_);
   temporaryPath_.clear();
@@ -305,14 +293,13 @@ void BatchWriter::removeTemporaryFolder() {
   temporaryFolder_.reset();
 }
 
-// After a failure, as far as the card still answers. Files that are in place stay, new or old, and the folders they
-// are in are synced before what they replaced becomes free; new empty folders stay, since the next save needs them.
+// After a failure, as far as the card still answers. Files that are in place stay, new or old, and are on the device
+// before what they replaced becomes free; new empty folders stay, since the next save needs them.
 void BatchWriter::tidy() {
-  for (const Path& folder : targetFolders_)
-    quietly([&] { syncFolder(card_, folder); });
   if (temporaryPath_.empty()) return;
+  if (foldersMoved_ + filesMoved_ > 0) quietly([&] { barrier(); });
   for (std::size_t i = foldersMoved_; i < foldersMade_; ++i)
-    quietly([&] { card_.removeFolder(temporary(i)); });
+    quietly([&] { card_.removeFolder(temporaryFolder(i)); });
   for (std::size_t i = filesMoved_; i < new_.size(); ++i)
     quietly([&] { card_.removeFile(temporaryFile(i)); });
   quietly([&] { card_.removeFolder(temporaryPath_); });
@@ -322,13 +309,15 @@ void BatchWriter::tidy() {
 
 }  // namespace
 
-FailedRemovals writeToCard(FileSystem& card, const FileSystem& files, const SavePlan& plan) {
+FailedRemovals writeToCard(FileSystem& card, const FileSystem& files, const SavePlan& plan, SaveProgress* progress) {
   const std::vector<SaveBatch> batches = cutIntoBatches(card, files, plan);
   const std::unique_ptr<OpenFile> root = card.open(".");
-  const std::unique_ptr<OpenFile> unchanged = card.open(cardpaths::systemFolder());
   FailedRemovals failed = carryOutRemovals(card, plan.removals);
-  for (const SaveBatch& batch : batches)
-    BatchWriter(card, files, *root, *unchanged, batch).run();
+  if (batches.empty()) return failed;
+  SaveProgress unwatched;
+  SaveProgress& told = progress != nullptr ? *progress : unwatched;
+  told.total = plan.files.size();
+  BatchWriter(card, files, *root, told).run(batches);
   return failed;
 }
 

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "library/SavePlan.h"
+#include "library/SaveProgress.h"
 
 namespace tamboro {
 
@@ -18,6 +19,7 @@ struct FailedRemovals {
 /// `card` is rooted in the card; `files` reads the sources of planned files. The order of its steps was found by
 /// replaying cut saves on FAT volumes and must not be changed without doing that again. Throws FileError; then each
 /// file is still whole, old or new. A removal that can't be done stops nothing and is told.
-FailedRemovals writeToCard(FileSystem& card, const FileSystem& files, const SavePlan& plan);
+FailedRemovals writeToCard(FileSystem& card, const FileSystem& files, const SavePlan& plan,
+                           SaveProgress* progress = nullptr);
 
 }  // namespace tamboro

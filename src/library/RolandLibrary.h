@@ -81,6 +81,8 @@ class RolandLibrary : public QObject {
   const std::optional<TagList>& tagList() const { return tagList_; }
   bool isLoaded() const { return isLoaded_; }
   bool isExporting() const { return isExporting_; }
+  /// Of the save that runs; null while none does. It isn't published: who shows it asks from time to time.
+  const SaveProgress* saveProgress() const { return running_ ? &running_->progress : nullptr; }
   const std::optional<QString>& lastError() const { return lastError_; }
   /// What helps with the last error: which file of the card it was and whether the backup has it. Empty where nothing
   /// more is known.
@@ -204,12 +206,13 @@ class RolandLibrary : public QObject {
   /// A save under way: its values, the lives they belong to and who waits for its end.
   struct RunningSave {
     SaveSnapshot snapshot;
-    std::size_t card;
+    std::size_t card = 0;
     RecordLives::State lives;
     std::vector<Completion> waiting;
-    SaveAttempt attempt = {};
-    std::optional<ExportResult> result = {};
-    std::exception_ptr error = {};
+    SaveProgress progress;
+    SaveAttempt attempt;
+    std::optional<ExportResult> result;
+    std::exception_ptr error;
   };
   struct Import {
     Path source;

@@ -69,8 +69,11 @@ SaveSnapshot RolandLibrary::takeSnapshot() const {
 }
 
 void RolandLibrary::startSave(std::vector<Completion> waiting, ChangedFiles changed) {
-  auto run =
-      std::make_shared<RunningSave>(RunningSave{takeSnapshot(), lives_.card(), lives_.state(), std::move(waiting)});
+  auto run = std::make_shared<RunningSave>();
+  run->snapshot = takeSnapshot();
+  run->card = lives_.card();
+  run->lives = lives_.state();
+  run->waiting = std::move(waiting);
   run->snapshot.replacesChanged = changed == ChangedFiles::replace;
   for (const Wave& wave : run->snapshot.dirtyWaves) {
     if (wave.isPending) begunWaves_.insert(wave.id());
@@ -82,7 +85,7 @@ void RolandLibrary::startSave(std::vector<Completion> waiting, ChangedFiles chan
   services_.jobs.start(
       [run, &files = services_.files] {
         try {
-          run->result = saveJob(run->snapshot, files, run->attempt);
+          run->result = saveJob(run->snapshot, files, run->attempt, &run->progress);
         } catch (...) {
           run->error = std::current_exception();
         }

@@ -30,10 +30,17 @@ class Room {
 
   // What a new name in the folder takes beyond the clusters that earlier names have been given.
   std::uint64_t clustersForName(const Path& path) {
-    std::size_t& entries = newEntries_[folderOf(path)];
-    const std::uint64_t before = entries == 0 ? 0 : clustersForEntries(entries);
-    entries += folderEntries(path.filename().native().size());
-    return clustersForEntries(entries) - before;
+    NewEntries& entries = newEntries_[folderOf(path)];
+    const std::uint64_t before = entries.roomMade == 0 ? 0 : clustersForEntries(entries.roomMade);
+    entries.used += folderEntries(path.filename().native().size());
+    entries.roomMade = std::max(entries.roomMade, entries.used);
+    return clustersForEntries(entries.roomMade) - before;
+  }
+
+  // What a new folder takes; names that come into it find that room there.
+  std::uint64_t clustersForFolder(const Path& folder) {
+    newEntries_[folder].roomMade = newFolderEntries;
+    return 1 + clustersForEntries(newFolderEntries);
   }
 
   bool holds(std::uint64_t needed) const { return needed <= free_; }
@@ -45,9 +52,14 @@ class Room {
     return clusters(folderEntrySize * Placeholders::entries * Placeholders::count(entries));
   }
 
+  struct NewEntries {
+    std::size_t used = 0;
+    std::size_t roomMade = 0;
+  };
+
   std::uint64_t clusterSize_;
   std::uint64_t free_;
-  std::map<Path, std::size_t> newEntries_;
+  std::map<Path, NewEntries> newEntries_;
 };
 
 class Cutter {
@@ -104,7 +116,7 @@ class Cutter {
 
   void addFolder(const Path& folder) {
     if (newFolders_.size() == foldersPerBatch) closeBatch();
-    needed_ += 1 + room_.clustersForName(folder);
+    needed_ += room_.clustersForName(folder) + room_.clustersForFolder(folder);
     if (!room_.holds(needed_)) failForRoom(folder);
     newFolders_.push_back(folder);
     addName(folder);

@@ -21,6 +21,10 @@ constexpr std::size_t folderEntries(std::size_t nameSize) {
   return 2 + (nameSize - 1) / 13;
 }
 
+/// What a new folder has room for from the start, since only folders in place are at risk when they grow: the parameter
+/// files of a bank with its audio under names of some length.
+constexpr std::size_t newFolderEntries = 400;
+
 /// Names that the writer puts into a folder for a moment, so that it grows before the new names come.
 struct Placeholders {
   static constexpr std::size_t nameSize = 130;

@@ -20,7 +20,8 @@ SaveAttempt attemptOf(const SavePlan& plan) {
   SaveAttempt attempt;
   for (const PlannedFile& file : plan.files) {
     const auto* bytes = std::get_if<std::string>(&file.content);
-    if (!file.isDerived) attempt.written.emplace_back(file.path, bytes ? contentHash(*bytes) : KnownFiles::anyContent);
+    if (file.group != FileGroup::lists)
+      attempt.written.emplace_back(file.path, bytes ? contentHash(*bytes) : KnownFiles::anyContent);
   }
   for (const PlannedRemoval& removal : plan.removals)
     attempt.removed.emplace_back(removal.file, removal.deletion);
@@ -29,7 +30,7 @@ SaveAttempt attemptOf(const SavePlan& plan) {
 
 }  // namespace
 
-ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files, SaveAttempt& attempt) {
+ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files, SaveAttempt& attempt, SaveProgress* progress) {
   // A save can start by itself long after the card was pulled and another one mounted in its place.
   requireSameCard(files, snapshot.root, snapshot.serial, snapshot.known);
   // From here on the card is held: asked again, since it can have changed between the question and the hold.
@@ -42,7 +43,7 @@ ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files, SaveAttemp
 
   if (snapshot.backupBeforeSave) backUpQuietly(snapshot, *card, files);
   attempt = attemptOf(plan);
-  FailedRemovals failed = writeToCard(*card, files, plan);
+  FailedRemovals failed = writeToCard(*card, files, plan, progress);
   result.failedDeletions = std::move(failed.deletions);
   result.deletionError = failed.error;
   return result;

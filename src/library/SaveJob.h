@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "library/SaveProgress.h"
 #include "library/SaveSnapshot.h"
 
 namespace tamboro {
@@ -17,6 +18,7 @@ struct SaveAttempt {
 /// The whole save, off the main thread: makes sure that the card under the root is the one that was loaded and that
 /// nothing is replaced that isn't ours, backs up (a failure is dropped), plans and writes. `attempt` is filled before
 /// the first change. Throws FileError or CardConflict; the store then keeps all that is unsaved.
-ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files, SaveAttempt& attempt);
+ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files, SaveAttempt& attempt,
+                     SaveProgress* progress = nullptr);
 
 }  // namespace tamboro

@@ -140,7 +140,8 @@ void addAudio(const SaveSnapshot& snapshot, const Wave& wave, SavePlan& plan) {
   if (!wave.isPending) return;
   const auto staged = snapshot.stagedAudioFiles.find(wave.id());
   const std::optional<Path> target = cardpaths::audioTarget(wave);
-  if (staged != snapshot.stagedAudioFiles.end() && target) plan.files.push_back({*target, staged->second});
+  if (staged != snapshot.stagedAudioFiles.end() && target)
+    plan.files.push_back({*target, staged->second, FileGroup::audio});
 }
 
 // A name such as KICKDR~1.WAV comes before the long ones: FAT gives a long name a short one of that shape that nothing
@@ -163,7 +164,8 @@ void addSamples(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& resu
       addAudio(snapshot, wave, plan);
     for (const Wave& wave : group) {
       SpdDocument document = waveDocument(wave, find(snapshot.waveDocs, wave.id()));
-      plan.files.push_back({cardpaths::waveParameterFile(wave.bank, wave.fileNumber), document.serialize()});
+      const Path file = cardpaths::waveParameterFile(wave.bank, wave.fileNumber);
+      plan.files.push_back({file, document.serialize(), FileGroup::parameters});
       result.updatedWaveDocs.insert_or_assign(wave.id(), std::move(document));
     }
   }
@@ -172,7 +174,7 @@ void addSamples(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& resu
 void addKits(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& result) {
   for (const Kit& kit : snapshot.dirtyKits) {
     SpdDocument document = kitDocument(kit, find(snapshot.kitDocs, kit.slot));
-    plan.files.push_back({cardpaths::kitFile(kit.slot), document.serialize()});
+    plan.files.push_back({cardpaths::kitFile(kit.slot), document.serialize(), FileGroup::kits});
     result.updatedKitDocs.insert_or_assign(kit.slot, std::move(document));
   }
 }
@@ -180,15 +182,15 @@ void addKits(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& result)
 void addTagList(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& result) {
   if (!snapshot.tagList || !snapshot.tagList->isDirty) return;
   SpdDocument document = tagListDocument(*snapshot.tagList, snapshot.tagListDoc ? &*snapshot.tagListDoc : nullptr);
-  plan.files.push_back({cardpaths::tagListFile(), document.serialize()});
+  plan.files.push_back({cardpaths::tagListFile(), document.serialize(), FileGroup::tagList});
   result.updatedTagListDoc = std::move(document);
 }
 
 void addIndexes(const SaveSnapshot& snapshot, SavePlan& plan) {
   const WaveListIndexes indexes = buildWaveListIndexes(snapshot.waves, static_cast<int>(snapshot.tagCount));
-  plan.files.push_back({cardpaths::nameIndexFile(), indexes.byName.serialize(), true});
-  plan.files.push_back({cardpaths::tagNumberIndexFile(), indexes.byTagNumber.serialize(), true});
-  plan.files.push_back({cardpaths::tagNameIndexFile(), indexes.byTagName.serialize(), true});
+  plan.files.push_back({cardpaths::nameIndexFile(), indexes.byName.serialize(), FileGroup::lists});
+  plan.files.push_back({cardpaths::tagNumberIndexFile(), indexes.byTagNumber.serialize(), FileGroup::lists});
+  plan.files.push_back({cardpaths::tagNameIndexFile(), indexes.byTagName.serialize(), FileGroup::lists});
 }
 
 }  // namespace

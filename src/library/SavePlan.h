@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <variant>
 #include <vector>
@@ -8,11 +9,14 @@
 
 namespace tamboro {
 
+/// Each is on the card before the next one is begun; the files of one become visible in any order.
+enum class FileGroup : std::uint8_t { audio, parameters, kits, tagList, lists };
+
 /// One file that a save puts on the card: its bytes, or the file (outside the card) whose bytes it takes.
 struct PlannedFile {
   Path path;
   std::variant<std::string, Path> content;
-  bool isDerived = false;  ///< made anew by every save, whatever stood there: the wave lists
+  FileGroup group = FileGroup::audio;
 };
 
 /// One file that a save takes off the card.
@@ -26,7 +30,7 @@ struct PlannedRemoval {
 struct SavePlan {
   std::vector<PlannedRemoval> removals;  ///< in order; of one deletion none goes behind one that couldn't
   std::vector<Path> folders;             ///< to be there afterwards, parents before children
-  std::vector<PlannedFile> files;        ///< in the order in which they must become visible
+  std::vector<PlannedFile> files;        ///< a change of group is a barrier
 };
 
 /// A record's document as a save or an export writes it: the record's tree with line separator and trailing bytes of

@@ -67,9 +67,13 @@ class OpenFile {
   virtual void write(std::string_view bytes) = 0;
   /// Appends what is left of `source`.
   virtual void append(OpenFile& source);
-  /// Waits for the pages that an earlier call sent to the device, then sends what was written since, without asking the
-  /// device to flush: called twice, all of it has arrived there. Where the platform has no such call this is `sync`.
+  /// Bytes; of a folder what its names take, as far as the file system tells.
+  virtual std::uint64_t size() const = 0;
+  /// Begins to send what was written, so that the device is not idle while more is written. Promises nothing.
   virtual void startWriteback() = 0;
+  /// Sends all that waits for the volume that this lies on, names and allocation before anything that depends on them,
+  /// and returns when it has arrived. Doesn't ask the device to flush: that is what a `sync` behind it does.
+  virtual void writeBackVolume() = 0;
   /// Returns when content and size are on the device (fsync). Works for folders too.
   virtual void sync() = 0;
 };

@@ -116,14 +116,20 @@ class PosixFile : public OpenFile {
     OpenFile::append(source);
   }
 
+  std::uint64_t size() const override { return static_cast<std::uint64_t>(statusOf(descriptor_, path_).st_size); }
+
   void startWriteback() override {
 #if defined(__linux__)
-    constexpr unsigned flags = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE;
-    const int result = uninterrupted([&] { return ::sync_file_range(descriptor_.number(), 0, 0, flags); });
-    if (result == 0) return;
-    if (errno != ENOSYS && errno != EINVAL && errno != ESPIPE) fail(errno, path_);
+    ::sync_file_range(descriptor_.number(), 0, 0, SYNC_FILE_RANGE_WRITE);  // a failure is told by the sync behind it
 #endif
-    sync();
+  }
+
+  void writeBackVolume() override {
+#if defined(__linux__)
+    if (uninterrupted([&] { return ::syncfs(descriptor_.number()); }) != 0) fail(errno, path_);
+#else
+    ::sync();
+#endif
   }
 
   void sync() override {

@@ -181,9 +181,16 @@ void ContentView::startSave(RolandLibrary::ChangedFiles changed) {
       changed);
 }
 
+QString ContentView::leftoversText() const {
+  const Leftovers& left = store_.leftovers();
+  return QStringLiteral("Saves that were cut off have left %1 on this card (%2).")
+      .arg(countText(left.count, QStringLiteral("item")), locale().formattedDataSize(static_cast<qint64>(left.bytes)));
+}
+
 void ContentView::tellOfFailedSave(const std::exception_ptr& error) {
   showingExportError_ = errorText(error);
   Alert alert{.title = QStringLiteral("Couldn't Save"), .text = *showingExportError_};
+  if (isForRoom(error) && store_.leftovers().count > 0) alert.text += QStringLiteral("\n\n") + leftoversText();
   if (isChangedSinceRead(error)) {
     alert.text += QStringLiteral(
         "\n\n“Read Again” takes the card as it is now: your unsaved changes go. “Save Anyway” writes yours: what "

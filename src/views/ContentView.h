@@ -47,6 +47,7 @@ class ContentView : public QWidget {
   void save();
   void startSave(RolandLibrary::ChangedFiles changed);
   void tellOfFailedSave(const std::exception_ptr& error);
+  QString leftoversText() const;
   void followShortcutsHelp();
 
   RolandLibrary& store_;

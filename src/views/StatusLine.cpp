@@ -1,6 +1,8 @@
 #include "views/StatusLine.h"
 
 #include <QHBoxLayout>
+#include <QTimer>
+#include <algorithm>
 
 #include "library/RolandLibrary.h"
 #include "views/controls/Labels.h"
@@ -21,6 +23,11 @@ StatusLine::StatusLine(RolandLibrary& store, QWidget* parent)
   samples_ = makeLabel(QStringLiteral("sampleCount"), {}, TextStyle::caption, textRole::secondary);
   unsaved_ = new UnsavedMark;
   unsaved_->setObjectName(QStringLiteral("unsavedMark"));
+  progress_ = makeLabel(QStringLiteral("saveProgress"), {}, TextStyle::caption, textRole::secondary);
+  progress_->hide();
+  progressTimer_ = new QTimer(this);
+  progressTimer_->setInterval(500);  // most saves have ended by then and show nothing
+  connect(progressTimer_, &QTimer::timeout, this, &StatusLine::showProgress);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(12, 0, 12, 0);
   row->setSpacing(16);
@@ -30,6 +37,7 @@ StatusLine::StatusLine(RolandLibrary& store, QWidget* parent)
   row->addWidget(samples_);
   row->addWidget(unsaved_);
   row->addStretch();
+  row->addWidget(progress_);
   // 8 above and below a caption; the mark's capsule is higher than that and must not move the line.
   setFixedHeight(std::max(Look::px(30), QFontMetrics(kits_->font()).height() + 16));
   new QueuedRefresh(
@@ -41,6 +49,17 @@ void StatusLine::refresh() {
   kits_->setText(countText(store_.kits().size(), QStringLiteral("kit")));
   samples_->setText(countText(store_.waves().size(), QStringLiteral("sample")));
   unsaved_->setVisible(store_.hasUnsavedChanges());
+  if (store_.isExporting() == progressTimer_->isActive()) return;
+  store_.isExporting() ? progressTimer_->start() : progressTimer_->stop();
+  progress_->hide();
+}
+
+void StatusLine::showProgress() {
+  const SaveProgress* save = store_.saveProgress();
+  if (save == nullptr || save->total == 0) return;
+  progress_->setText(
+      QStringLiteral("Saving file %1 of %2").arg(std::min(save->done + 1, save->total.load())).arg(save->total));
+  progress_->show();
 }
 
 }  // namespace tamboro

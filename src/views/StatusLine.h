@@ -3,6 +3,7 @@
 #include "views/controls/Surface.h"
 
 class QLabel;
+class QTimer;
 
 namespace tamboro {
 
@@ -12,7 +13,7 @@ class UnsavedMark;
 /// "1 kit", "0 kits": the noun takes an "s" unless the number is exactly 1.
 QString countText(std::size_t count, const QString& noun);
 
-/// How much is on the open card and whether something isn't on it yet.
+/// How much is on the open card, whether something isn't on it yet, and how far a save is that takes its time.
 class StatusLine : public Surface {
   Q_OBJECT
 
@@ -21,11 +22,14 @@ class StatusLine : public Surface {
 
  private:
   void refresh();
+  void showProgress();
 
   RolandLibrary& store_;
   QLabel* kits_;
   QLabel* samples_;
   UnsavedMark* unsaved_;
+  QLabel* progress_;
+  QTimer* progressTimer_;
 };
 
 }  // namespace tamboro

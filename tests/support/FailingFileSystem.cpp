@@ -61,6 +61,11 @@ class FailingFile : public OpenFile {
     plan_->pass(FileOperation::fileWriteback, path_);
     file_->startWriteback();
   }
+  std::uint64_t size() const override { return file_->size(); }
+  void writeBackVolume() override {
+    plan_->pass(FileOperation::fileWriteBackVolume, path_);
+    file_->writeBackVolume();
+  }
   void sync() override {
     plan_->pass(FileOperation::fileSync, path_);
     file_->sync();

@@ -27,6 +27,7 @@ enum class FileOperation : std::uint8_t {
   fileRead,
   fileWrite,
   fileWriteback,
+  fileWriteBackVolume,
   fileSync,
 };
 

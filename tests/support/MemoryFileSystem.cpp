@@ -81,9 +81,19 @@ class MemoryFile : public OpenFile {
     note("write ");
   }
 
+  std::uint64_t size() const override {
+    const Lock lock(disk_->mutex);
+    return node_->kind == FileKind::folder ? 32 * node_->children.size() : node_->bytes.size();
+  }
+
   void startWriteback() override {
     const Lock lock(disk_->mutex);
     note("writeback ");
+  }
+
+  void writeBackVolume() override {
+    const Lock lock(disk_->mutex);
+    note("volume ");
   }
 
   void sync() override {

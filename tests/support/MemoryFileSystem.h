@@ -52,7 +52,7 @@ class MemoryFileSystem : public FileSystem {
   void setVolume(const Path& path, const MemoryVolume& volume);
 
   /// What was changed, synced, opened and closed, in order and with the paths as they were given: "create a",
-  /// "write a", "writeback a", "sync a", "close a", "open a", "makeFolder a", "rename a b", "removeFile a",
+  /// "write a", "writeback a", "volume a", "sync a", "close a", "open a", "makeFolder a", "rename a b", "removeFile a",
   /// "removeFolder a". Failed operations don't count. Those of rooted ones stand among them.
   std::vector<std::string> operations() const;
   void clearOperations();

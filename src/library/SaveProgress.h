@@ -1,0 +1,14 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+
+namespace tamboro {
+
+/// How far a save is; written by its job, read by whoever shows it, on any thread.
+struct SaveProgress {
+  std::atomic<std::size_t> done = 0;   ///< files written
+  std::atomic<std::size_t> total = 0;  ///< files to write; 0 until that is known
+};
+
+}  // namespace tamboro
