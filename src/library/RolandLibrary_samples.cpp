@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdio>
+#include <unordered_set>
 
 #include "library/CardPaths.h"
 #include "library/LibraryError.h"
@@ -122,10 +123,8 @@ std::optional<RolandLibrary::ImportPlace> RolandLibrary::importPlace(const Path&
 }
 
 std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& wanted) const {
-  std::vector<std::string> taken;
-  const auto take = [&](std::string_view path) {
-    taken.push_back(fileNameKey(path.substr(path.find_last_of('/') + 1)));
-  };
+  std::unordered_set<std::string> taken;
+  const auto take = [&](std::string_view path) { taken.insert(fileNameKey(path.substr(path.find_last_of('/') + 1))); };
   for (auto wave = std::ranges::lower_bound(waves_, waveId(bank, 0), {}, &Wave::id);
        wave != waves_.end() && wave->id() < waveId(bank + 1, 0); ++wave) {
     if (wave->bank == bank) take(wave->relativeAudioPath());
@@ -145,7 +144,7 @@ std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& w
   }
   const Path name(wanted);
   std::string candidate = wanted;
-  for (int counter = 1; std::ranges::find(taken, fileNameKey(candidate)) != taken.end(); ++counter) {
+  for (int counter = 1; taken.contains(fileNameKey(candidate)); ++counter) {
     candidate = numbered(name.stem(), counter, name.extension());
   }
   return candidate;
@@ -220,9 +219,10 @@ void RolandLibrary::removeStaged(const Path& staged) {
 std::vector<WaveUsage> RolandLibrary::waveUsages(WaveId id) const {
   std::vector<WaveUsage> usages;
   for (const Kit& kit : kits_) {
+    const std::string name = kit.name();
     for (const Pad& pad : kit.pads()) {
-      if (pad.wave() == id) usages.push_back({kit.slot, kit.name(), pad.index, false});
-      if (pad.subWave() == id) usages.push_back({kit.slot, kit.name(), pad.index, true});
+      if (pad.wave() == id) usages.push_back({kit.slot, name, pad.index, false});
+      if (pad.subWave() == id) usages.push_back({kit.slot, name, pad.index, true});
     }
   }
   return usages;
