@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -67,6 +68,8 @@ class SpdNode {
   /// Puts `node`, with its own leading whitespace, in the place of the `occurrence`-th child of that name, from 0.
   /// Without such a child nothing changes.
   void replaceChild(std::string_view name, std::size_t occurrence, const SpdNode& node);
+  /// The same for many at once, by occurrence, in one walk: one by one each would be counted from the first child.
+  void replaceChildren(std::string_view name, const std::map<std::size_t, SpdNode>& byOccurrence);
   /// Stores the first `count` code points of `text`, then zeros: always `count` leaves.
   void setEncodedName(std::string_view text, std::string_view prefix, int count);
 

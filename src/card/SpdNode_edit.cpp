@@ -108,6 +108,20 @@ void SpdNode::replaceChild(std::string_view name, std::size_t occurrence, const 
   NodeBlock::childAt(*this, index) = std::move(replacement);
 }
 
+void SpdNode::replaceChildren(std::string_view name, const std::map<std::size_t, SpdNode>& byOccurrence) {
+  const std::string own(name);  // `name` may be a view into this node
+  auto next = byOccurrence.begin();
+  if (next == byOccurrence.end() || child(own, next->first) == nullptr) return;
+  makeEditable(0);
+  std::size_t occurrence = 0;
+  for (std::size_t index = 0; index < children().size() && next != byOccurrence.end(); ++index) {
+    SpdNode& place = NodeBlock::childAt(*this, index);
+    if (place.name() != own || occurrence++ != next->first) continue;
+    place = next->second;
+    ++next;
+  }
+}
+
 std::string SpdNode::encodedName(std::string_view prefix, int count) const {
   const std::span<const SpdNode> nodes = children();
   std::string text;

@@ -53,18 +53,37 @@ void copyFolder(const FileSystem& card, const Path& source, FileSystem& files, c
   }
 }
 
-}  // namespace
-
-void backup(const FileSystem& card, FileSystem& files, const Path& root, const Path& destination) {
-  refuseOverlap(files, root, destination);
-  if (files.entryStatus(destination).kind != FileKind::none) removeTree(files, destination);
-  makeFolders(files, destination);
+void copyParameters(const FileSystem& card, FileSystem& files, const Path& target) {
+  makeFolders(files, target);
   for (const Path& folder : {cardpaths::kitFolder(), cardpaths::waveParameterRoot(), cardpaths::systemFolder()}) {
     if (card.status(folder).kind == FileKind::none) continue;
-    const Path target = destination / folder;
-    makeFolders(files, target.parent_path());
-    copyFolder(card, folder, files, target);
+    makeFolders(files, (target / folder).parent_path());
+    copyFolder(card, folder, files, target / folder);
   }
+}
+
+}  // namespace
+
+// The new one is made beside the one before and takes its place whole: at every moment there is a whole backup.
+void backup(const FileSystem& card, FileSystem& files, const Path& root, const Path& destination) {
+  refuseOverlap(files, root, destination);
+  Path place = destination.lexically_normal();
+  if (!place.has_filename()) place = place.parent_path();
+  const Path made = place.native() + ".new";
+  const Path former = place.native() + ".old";
+  refuseOverlap(files, root, made);
+  refuseOverlap(files, root, former);
+  const auto exists = [&](const Path& path) { return files.entryStatus(path).kind != FileKind::none; };
+
+  // What an earlier one left that was cut. Between its two moves the former backup is the only whole one.
+  if (!exists(place) && exists(former)) files.rename(former, place);
+  for (const Path& leftover : {made, former}) {
+    if (exists(leftover)) removeTree(files, leftover);
+  }
+  copyParameters(card, files, made);
+  if (exists(place)) files.rename(place, former);
+  files.rename(made, place);
+  if (exists(former)) removeTree(files, former);
 }
 
 }  // namespace tamboro

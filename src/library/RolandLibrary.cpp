@@ -63,7 +63,9 @@ void RolandLibrary::setBackupBeforeSaveEnabled(bool on) {
 
 void RolandLibrary::startAutoSaveTimer() {
   autoSaveTimer_.reset();
-  if (autoSaveEnabled_) autoSaveTimer_ = services_.timers.repeat(autoSaveInterval_, [this] { autoSaveTick(); });
+  // The file of the settings may hold any number; more than a tick a second would keep the card busy for nothing.
+  const double period = autoSaveInterval_ >= 1 ? autoSaveInterval_ : 1;
+  if (autoSaveEnabled_) autoSaveTimer_ = services_.timers.repeat(period, [this] { autoSaveTick(); });
 }
 
 /// A tick during a save does nothing: what it would save is either in that save or found by the next tick.

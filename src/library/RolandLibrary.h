@@ -190,6 +190,7 @@ class RolandLibrary : public QObject {
   // The one edit routine and the kinds of record it serves; RolandLibrary_edit.h.
   struct KitRecord;
   struct PadRecord;
+  struct PadsRecord;
   struct WaveRecord;
   struct TagListRecord;
   template<class Record, class Change>

@@ -3,6 +3,7 @@
 // The edit mechanism, for the store's own sources only. Every undoable edit of the program is one call of `edit`, and a
 // kind of record differs from the others only in what stands in its struct here.
 
+#include <algorithm>
 #include <utility>
 
 #include "library/RolandLibrary.h"
@@ -49,6 +50,33 @@ struct RolandLibrary::PadRecord {
   static void write(RolandLibrary& store, const Key& key, const Pad& value) {
     Kit& kit = *store.findKit(key.slot);
     kit.node.replaceChild(elements::pad, static_cast<std::size_t>(key.index), value.node);
+    kit.isDirty = true;
+  }
+};
+
+/// Several pads of a kit as one, for edits of many: pad by pad each would be counted from the first.
+struct RolandLibrary::PadsRecord {
+  using Value = std::vector<Pad>;
+  struct Key {
+    Slot slot;
+    std::vector<int> indexes;  // ascending, each a pad of the kit
+  };
+  static constexpr Property property = PadRecord::property;
+  static QString actionName() { return PadRecord::actionName(); }
+  static RecordLives::Life life(const RolandLibrary& store, const Key& key) {
+    return store.lives_.life(RecordLives::Kind::kit, key.slot);
+  }
+  static std::optional<Value> read(const RolandLibrary& store, const Key& key) {
+    const Kit* kit = store.kit(key.slot);
+    if (!kit) return std::nullopt;
+    Value pads = kit->pads();
+    std::erase_if(pads, [&](const Pad& pad) { return !std::ranges::binary_search(key.indexes, pad.index); });
+    return pads;
+  }
+  static Value restored(const RolandLibrary&, const Key&, const Value& snapshot) { return snapshot; }
+  static void write(RolandLibrary& store, const Key& key, const Value& value) {
+    Kit& kit = *store.findKit(key.slot);
+    kit.applyPads(value);
     kit.isDirty = true;
   }
 };

@@ -63,11 +63,12 @@ std::optional<Slot> RolandLibrary::createKit(Slot source, bool blank) {
   if (blank) {
     elements::kitName.write(created.node, {});
     elements::kitSubName.write(created.node, {});
-    for (Pad& pad : created.pads()) {
+    std::vector<Pad> pads = created.pads();
+    for (Pad& pad : pads) {
       elements::wave.write(pad.node, noWave);
       elements::subWave.write(pad.node, noWave);
-      created.applyPads({pad});
     }
+    created.applyPads(pads);
   } else {
     elements::kitName.write(created.node, created.name() + " Copy");
   }
@@ -97,9 +98,11 @@ void RolandLibrary::copyPads(Slot slot) {
 void RolandLibrary::pasteCopiedPads(Slot slot, const std::optional<std::vector<int>>& indices) {
   Kit* kit = findKit(slot);
   if (!copiedPads_ || !kit) return;
-  bool changed = false;
+  const std::vector<Pad> pads = kit->pads();
+  std::vector<Pad> changed;
   const auto paste = [&](const Pad& copied) {
-    changed |= kit->updatePad(copied.index, [&](Pad& pad) { pad.node = copied.node; });
+    const auto index = static_cast<std::size_t>(copied.index);
+    if (index < pads.size() && pads[index] != copied) changed.push_back(copied);
   };
   if (indices) {
     for (const int index : *indices) {
@@ -109,7 +112,10 @@ void RolandLibrary::pasteCopiedPads(Slot slot, const std::optional<std::vector<i
     for (const auto& [index, pad] : *copiedPads_)
       paste(pad);
   }
-  if (changed) Q_EMIT published(Property::kits);
+  if (changed.empty()) return;
+  kit->applyPads(changed);
+  kit->isDirty = true;
+  Q_EMIT published(Property::kits);
 }
 
 void RolandLibrary::deleteKit(Slot slot) {

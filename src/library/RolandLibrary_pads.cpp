@@ -1,4 +1,5 @@
 #include <array>
+#include <utility>
 
 #include "library/RolandLibrary_edit.h"
 #include "model/Rounding.h"
@@ -71,16 +72,24 @@ void RolandLibrary::applySettingsToAllPads(Slot slot, int source, const std::set
   const Kit* kit = this->kit(slot);
   const auto from = kit ? kit->pad(source) : std::nullopt;
   if (!from) return;
-  const int padCount = kit->padCount();
-  for (int index = 0; index < padCount; ++index) {
-    if (index == source) continue;
-    updatePad(slot, index, [&](Pad& pad) {
-      for (const SetAllPadField field : fields) {  // a set: in the order of the fields
-        const elements::IntegerLeaf& leaf = fieldLeaves.at(static_cast<std::size_t>(field));
-        leaf.write(pad.node, leaf.read(from->node));
-      }
-    });
+  std::vector<std::pair<elements::IntegerLeaf, std::int64_t>> values;
+  for (const SetAllPadField field : fields) {  // a set: in the order of the fields
+    const elements::IntegerLeaf& leaf = fieldLeaves.at(static_cast<std::size_t>(field));
+    values.emplace_back(leaf, leaf.read(from->node));
   }
+  // Only those that change: an undo must leave the others as they are by then.
+  std::vector<Pad> changed;
+  std::vector<int> indexes;
+  for (const Pad& pad : kit->pads()) {
+    if (pad.index == source) continue;
+    Pad after = pad;
+    for (const auto& [leaf, value] : values)
+      leaf.write(after.node, value);
+    if (after == pad) continue;
+    indexes.push_back(pad.index);
+    changed.push_back(std::move(after));
+  }
+  edit<PadsRecord>({slot, std::move(indexes)}, [&](std::vector<Pad>& pads) { pads = std::move(changed); });
 }
 
 }  // namespace tamboro

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdio>
+#include <unordered_set>
 
 #include "library/CardPaths.h"
 #include "library/LibraryError.h"
@@ -125,10 +126,8 @@ std::optional<RolandLibrary::ImportPlace> RolandLibrary::importPlace(const Path&
 }
 
 std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& wanted) const {
-  std::vector<std::string> taken;
-  const auto take = [&](std::string_view path) {
-    taken.push_back(fileNameKey(path.substr(path.find_last_of('/') + 1)));
-  };
+  std::unordered_set<std::string> taken;
+  const auto take = [&](std::string_view path) { taken.insert(fileNameKey(path.substr(path.find_last_of('/') + 1))); };
   for (auto wave = std::ranges::lower_bound(waves_, waveId(bank, 0), {}, &Wave::id);
        wave != waves_.end() && wave->id() < waveId(bank + 1, 0); ++wave) {
     if (wave->bank == bank) take(wave->relativeAudioPath());
@@ -148,8 +147,7 @@ std::string RolandLibrary::freeAudioName(std::int64_t bank, const std::string& w
   }
   const auto isTaken = [&](const std::string& candidate) {
     // The folder is asked, too: it can answer to names that a listing doesn't tell.
-    return std::ranges::find(taken, fileNameKey(candidate)) != taken.end() ||
-           !isFreeOnCard(cardpaths::waveDataFolder(bank) / candidate);
+    return taken.contains(fileNameKey(candidate)) || !isFreeOnCard(cardpaths::waveDataFolder(bank) / candidate);
   };
   const Path name(wanted);
   std::string candidate = wanted;
@@ -228,9 +226,10 @@ void RolandLibrary::removeStaged(const Path& staged) {
 std::vector<WaveUsage> RolandLibrary::waveUsages(WaveId id) const {
   std::vector<WaveUsage> usages;
   for (const Kit& kit : kits_) {
+    const std::string name = kit.name();
     for (const Pad& pad : kit.pads()) {
-      if (pad.wave() == id) usages.push_back({kit.slot, kit.name(), pad.index, false});
-      if (pad.subWave() == id) usages.push_back({kit.slot, kit.name(), pad.index, true});
+      if (pad.wave() == id) usages.push_back({kit.slot, name, pad.index, false});
+      if (pad.subWave() == id) usages.push_back({kit.slot, name, pad.index, true});
     }
   }
   return usages;

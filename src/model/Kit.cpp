@@ -83,9 +83,11 @@ bool Kit::writePadPoly(int index, bool isPoly) {
 }
 
 void Kit::applyPads(const std::vector<Pad>& pads) {
+  std::map<std::size_t, SpdNode> byIndex;
   for (const Pad& pad : pads) {
-    if (pad.index >= 0) node.replaceChild(elements::pad, static_cast<std::size_t>(pad.index), pad.node);
+    if (pad.index >= 0) byIndex.insert_or_assign(static_cast<std::size_t>(pad.index), pad.node);
   }
+  node.replaceChildren(elements::pad, byIndex);
 }
 
 }  // namespace tamboro

@@ -38,9 +38,11 @@ void TagList::setTagName(std::int64_t index, std::string_view text) {
 }
 
 void TagList::applyTags(const std::vector<Tag>& tags) {
+  std::map<std::size_t, SpdNode> byIndex;
   for (const Tag& tag : tags) {
-    if (tag.index >= 0) node.replaceChild(elements::tag, static_cast<std::size_t>(tag.index), tag.node);
+    if (tag.index >= 0) byIndex.insert_or_assign(static_cast<std::size_t>(tag.index), tag.node);
   }
+  node.replaceChildren(elements::tag, byIndex);
 }
 
 }  // namespace tamboro

@@ -1,5 +1,6 @@
 #include "platform/Defaults.h"
 
+#include <QFileInfo>
 #include <QIODevice>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -69,9 +70,16 @@ std::optional<std::int64_t> integerOf(const QVariant& value) {
   }
 }
 
+/// Where the settings are kept: in the file, unless something else stands there. A pipe would be waited for without
+/// end, and what isn't ours is left alone; the settings then last as long as the program.
+QString storeFor(const QString& file) {
+  const QFileInfo there(file);
+  return there.exists() && !there.isFile() ? QStringLiteral("/dev/null/tamboro.json") : file;
+}
+
 class JsonDefaults : public Defaults {
  public:
-  explicit JsonDefaults(const QString& file) : settings_(file, jsonFormat()) {}
+  explicit JsonDefaults(const QString& file) : settings_(storeFor(file), jsonFormat()) {}
 
   std::optional<QByteArray> bytes(const QString& key) const override {
     const QVariant value = settings_.value(key);

@@ -208,7 +208,9 @@ void WaveBrowserView::refresh() {
 }
 
 bool WaveBrowserView::refreshTags() {
-  std::vector<QString> titles = waveTagTitles(store_.tagList());
+  if (readTags_ == store_.tagList() && tag_->count() > 0) return false;
+  readTags_ = store_.tagList();
+  std::vector<QString> titles = waveTagTitles(readTags_);
   if (titles == tagTitles_ && tag_->count() > 0) return false;
   tagTitles_ = std::move(titles);
   const QSignalBlocker blocker(tag_);

@@ -56,6 +56,7 @@ class WaveBrowserView : public QWidget {
   void addToPad(WaveId id);
   void rename(const RowKey& row);
   void openTagMenu(const RowKey& row);
+  QAction* addTags(QMenu& menu, std::size_t first, std::size_t end, WaveId id);
   void openMenu(const RowKey& row, const QPoint& position);
   void toggleLoopSettings(WaveId id);
   void confirmDelete(WaveId id);
@@ -80,6 +81,7 @@ class WaveBrowserView : public QWidget {
   std::set<WaveId> selection_;  ///< outlives filtering and the samples themselves
   std::set<WaveId> showLoopSettings_;
   WaveRows waves_;
+  std::optional<TagList> readTags_;  ///< the titles come from it
   std::vector<QString> tagTitles_;
   QString addHelp_;
   bool hasKit_ = false;

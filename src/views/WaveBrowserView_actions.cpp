@@ -102,24 +102,45 @@ void WaveBrowserView::openTagMenu(const RowKey& row) {
   menu->setObjectName(QStringLiteral("waveTagMenu"));
   menu->setAccessibleName(QStringLiteral("Tag"));
   menu->setAttribute(Qt::WA_DeleteOnClose);
-  auto* group = new QActionGroup(menu);
+  // Each entry that comes is looked for among those that are there: a list of thousands goes in parts.
+  constexpr std::size_t most = 500;
   QAction* current = nullptr;
-  for (std::size_t tag = 0; tag < tagTitles_.size(); ++tag) {
-    QString title = tagTitles_[tag];
-    QAction* entry = group->addAction(menu->addAction(title.replace(QLatin1Char('&'), QStringLiteral("&&"))));
-    entry->setCheckable(true);
-    entry->setData(static_cast<qlonglong>(tag));
-    if (static_cast<std::int64_t>(tag) == wave->tag()) (current = entry)->setChecked(true);
+  if (tagTitles_.size() <= most) {
+    current = addTags(*menu, 0, tagTitles_.size(), row.record);
+  } else {
+    for (std::size_t first = 0; first < tagTitles_.size(); first += most) {
+      const std::size_t end = std::min(first + most, tagTitles_.size());
+      QMenu* part = menu->addMenu(QStringLiteral("%1 – %2").arg(first).arg(end - 1));
+      connect(part, &QMenu::aboutToShow, this, [this, part, first, end, id = row.record] {
+        if (part->isEmpty()) addTags(*part, first, end, id);
+      });
+      if (wave->tag() >= static_cast<std::int64_t>(first)) current = part->menuAction();
+    }
   }
-  connect(group, &QActionGroup::triggered, this, [this, id = row.record](const QAction* entry) {
-    const Wave* chosen = store_.wave(id);
-    const std::int64_t tag = entry->data().toLongLong();
-    if (chosen && chosen->tag() != tag) store_.setWaveTag(id, tag);
-  });
   // The current tag's entry covers the cell, as in a picker.
   const QRect cell = list_->cellRect(row, waveColumn::tag);
   menu->setMinimumWidth(cell.width());
   menu->popup(list_->viewport()->mapToGlobal(cell.topLeft()), current);
+}
+
+/// Adds the tags from `first` on to the menu; the sample's own entry, if it is among them.
+QAction* WaveBrowserView::addTags(QMenu& menu, std::size_t first, std::size_t end, WaveId id) {
+  const Wave* wave = store_.wave(id);
+  auto* group = new QActionGroup(&menu);
+  QAction* current = nullptr;
+  for (std::size_t tag = first; tag < std::min(end, tagTitles_.size()); ++tag) {
+    QString title = tagTitles_[tag];
+    QAction* entry = group->addAction(menu.addAction(title.replace(QLatin1Char('&'), QStringLiteral("&&"))));
+    entry->setCheckable(true);
+    entry->setData(static_cast<qlonglong>(tag));
+    if (wave && static_cast<std::int64_t>(tag) == wave->tag()) (current = entry)->setChecked(true);
+  }
+  connect(group, &QActionGroup::triggered, this, [this, id](const QAction* entry) {
+    const Wave* chosen = store_.wave(id);
+    const std::int64_t tag = entry->data().toLongLong();
+    if (chosen && chosen->tag() != tag) store_.setWaveTag(id, tag);
+  });
+  return current;
 }
 
 void WaveBrowserView::openMenu(const RowKey& row, const QPoint& position) {

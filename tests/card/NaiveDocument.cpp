@@ -30,15 +30,19 @@ struct Parser {
     if (!at(text)) throw "Expected '" + text + "' at byte offset " + std::to_string(pos);
     pos += text.size();
   }
+  std::string upTo(std::size_t end) {
+    const std::size_t start = std::exchange(pos, end);
+    return bytes.substr(start, end - start);
+  }
   std::string whitespace() {
     const std::size_t end = std::min(bytes.find_first_not_of("\t\n\r ", pos), bytes.size());
-    return bytes.substr(std::exchange(pos, end), end - pos);
+    return upTo(end);
   }
   std::string until(std::size_t end, const std::string& terminator) {
     if (end == std::string::npos) {
       throw "Unterminated element, expected '" + terminator + "' starting at byte offset " + std::to_string(pos);
     }
-    return decoded(bytes.substr(std::exchange(pos, end), end - pos));
+    return decoded(upTo(end));
   }
 
   Element element(const std::string& leading, std::size_t depth) {

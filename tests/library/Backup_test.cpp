@@ -1,5 +1,8 @@
 #include "library/Backup.h"
 
+#include <algorithm>
+#include <array>
+
 #include "library/SaveFixture.h"
 #include "platform/RealFileSystem.h"
 #include "support/TemporaryFolder.h"
@@ -102,8 +105,16 @@ TEST(Backup, FailuresNeverReachTheCard) {
     }
     const std::uint64_t count = failing.count();
     EXPECT_THAT(fixture.card(), IsTree(fixture.before));
+    const auto isWhole = [&](const Tree& whole) {
+      return std::ranges::any_of(std::array{"/backup", "/backup.old"}, [&](const char* place) {
+        return fixture.files.status(place).kind == FileKind::folder && readTree(fixture.files, place) == whole;
+      });
+    };
+    EXPECT_TRUE(isWhole({{"KIT/old", "old"}}) || isWhole(copyOf(fixture.before)));
     if (thrown) backUp(fixture.files, "/backup");
     EXPECT_THAT(readTree(fixture.files, "/backup"), IsTree(copyOf(fixture.before)));
+    for (const char* leftover : {"/backup.new", "/backup.old"})
+      EXPECT_EQ(fixture.files.status(leftover).kind, FileKind::none) << leftover;
     return count;
   });
 }

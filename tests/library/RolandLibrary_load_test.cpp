@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "platform/FolderBookmark.h"
 #include "support/FailingFileSystem.h"
 #include "support/TestStore.h"
@@ -228,6 +230,11 @@ TEST(Start, ReadsTheSettingsAndKeepsTheDefaultsOfBadOnes) {
   EXPECT_EQ(timers.periods(), std::vector<double>{61.5});
   library.setAutoSaveInterval(15);
   EXPECT_EQ(timers.periods(), std::vector<double>{15.0});
+  for (const double tooShort : {1e-9, 0.0, -5.0, std::nan("")}) {
+    library.setAutoSaveInterval(tooShort);
+    EXPECT_EQ(timers.periods(), std::vector<double>{1.0}) << tooShort;
+  }
+  library.setAutoSaveInterval(15);
   EXPECT_EQ(defaults.real(RolandLibrary::autoSaveIntervalKey), 15.0);
   for (const int slot : {3, 4, 5, 6, 4})
     library.recordRecentKit(slot);

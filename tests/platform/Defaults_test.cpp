@@ -1,6 +1,7 @@
 #include "platform/Defaults.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <QStandardPaths>
 #include <limits>
@@ -122,6 +123,16 @@ TEST_F(JsonDefaults, ADamagedFileReadsAsEmptyAndIsReplaced) {
     EXPECT_THAT(readFile(*files, path), ::testing::HasSubstr("\"integer\": 2"));
     path = folder / (std::to_string(std::hash<std::string>()(text)) + ".json");
   }
+}
+
+TEST_F(JsonDefaults, APipeInTheirPlaceIsNeitherWaitedForNorReplaced) {
+  files->makeFolder(path.parent_path());
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  const auto defaults = make();
+  EXPECT_EQ(defaults->integer(key("integer")), std::nullopt);
+  defaults->setInteger(key("integer"), 2);
+  EXPECT_EQ(defaults->integer(key("integer")), 2);
+  EXPECT_EQ(files->status(path).kind, FileKind::other);
 }
 
 TEST_F(JsonDefaults, TheUsersFileLiesInTheConfigurationFolder) {

@@ -222,6 +222,25 @@ TEST(WaveBrowser, TagMenuChangesTheTag) {
   EXPECT_EQ(browser.library.wave(207)->tag(), 1);
 }
 
+TEST(WaveBrowser, ThousandsOfTagsComeInParts) {
+  Browser browser;
+  Tree card = sampleCard();
+  std::string tags;
+  for (int tag = 0; tag < 1200; ++tag)
+    tags += "<TagPrm/>";
+  card["SYSTEM/tag_list.spd"] = "<TagList>" + tags + "</TagList>";
+  browser.store.open(card);
+  browser.settle();
+  browser.click(207, waveColumn::tag);
+  const QList<QAction*> parts = browser.find<QMenu>("waveTagMenu")->actions();
+  ASSERT_EQ(parts.size(), 3);
+  EXPECT_EQ(parts.back()->text(), q("1000 – 1199"));
+  Q_EMIT parts.back()->menu()->aboutToShow();
+  ASSERT_EQ(parts.back()->menu()->actions().size(), 200);
+  parts.back()->menu()->actions().at(100)->trigger();
+  EXPECT_EQ(browser.library.wave(207)->tag(), 1100);
+}
+
 TEST(WaveBrowser, RenamesInTheRow) {
   Browser browser;
   browser.doubleClick(205, waveColumn::number);

@@ -21,6 +21,14 @@ int longestWord(const QString& text, const QFontMetrics& metrics) {
   return longest;
 }
 
+/// A card can hold a text of millions of characters. What nobody reads to its end is shown without its middle: to break
+/// it into lines would take minutes.
+QString readable(const QString& text) {
+  constexpr qsizetype most = 20'000;
+  constexpr qsizetype end = 200;
+  return text.size() <= most ? text : text.first(most - end) + QStringLiteral(" … ") + text.last(end);
+}
+
 /// A sound can be used on a thousand pads: the buttons stay on the screen.
 QScrollArea* scroller(QLabel* label, int height) {
   auto* area = new QScrollArea;
@@ -36,10 +44,11 @@ QScrollArea* scroller(QLabel* label, int height) {
 
 }  // namespace
 
-AlertSheet::AlertSheet(const Alert& alert, QWidget* parent) : Sheet(QStringLiteral("alert"), alert.title, parent) {
+AlertSheet::AlertSheet(const Alert& alert, QWidget* parent)
+    : Sheet(QStringLiteral("alert"), readable(alert.title), parent) {
   column()->setSpacing(8);
-  addText(QStringLiteral("alertTitle"), alert.title, true);
-  addText(QStringLiteral("alertText"), alert.text, false);
+  addText(QStringLiteral("alertTitle"), readable(alert.title), true);
+  addText(QStringLiteral("alertText"), readable(alert.text), false);
   column()->addSpacing(12);
   addButtons(alert);
   layout()->setSizeConstraint(QLayout::SetFixedSize);
