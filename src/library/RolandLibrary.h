@@ -112,7 +112,8 @@ class RolandLibrary : public QObject {
   UndoManager& undoManager() { return undoManager_; }
 
   // Opening a card. The first three report through `lastError`; `load` throws.
-  void chooseRoot();
+  // `failed` is called behind `lastError` where the chosen folder didn't open.
+  void chooseRoot(std::function<void()> failed = {});
   void restoreFromBookmark();
   void openDroppedFolder(const Path& location);
   void load(const Path& location);

@@ -14,6 +14,7 @@
 #include "views/KeyboardShortcutsHelpView.h"
 #include "views/KitEditorView.h"
 #include "views/KitListView.h"
+#include "views/NoticeStack.h"
 #include "views/SaveButton.h"
 #include "views/StatusLine.h"
 #include "views/TagListEditorView.h"
@@ -72,6 +73,7 @@ ContentView::ContentView(RolandLibrary& store, SamplePlayer& player, const FileS
   pages_->addWidget(workspace_ = makeWorkspace());
   connect(&store, &RolandLibrary::published, this, [this](RolandLibrary::Property property) {
     if (property == RolandLibrary::Property::selectedKitSlot) rememberKit();
+    if (property == RolandLibrary::Property::lastError) followLastError();
   });
   new QueuedRefresh(
       store, [this] { refresh(); }, this);
@@ -86,6 +88,7 @@ QWidget* ContentView::makeWorkspace() {
   rows->setSpacing(0);
   rows->addWidget(makeToolbar());
   rows->addWidget(new AccentLine);
+  rows->addWidget(notices_ = new NoticeStack);
   rows->addWidget(makeColumns(), 1);
   rows->addWidget(new StatusLine(store_));
   return workspace;
@@ -147,6 +150,16 @@ void ContentView::refresh() {
   middle_->setCurrentWidget(kit ? kit_ : static_cast<QWidget*>(noKit_));
   kit_->setKit(kit ? std::optional(kit->slot) : std::nullopt);
   followShortcutsHelp();
+}
+
+/// With a card open no welcome screen tells why another didn't open.
+void ContentView::followLastError() {
+  const QString key = QStringLiteral("openingFailed");
+  const auto& error = store_.lastError();
+  if (error && store_.isLoaded())
+    notices_->put(key, {.text = *error});
+  else
+    notices_->remove(key);
 }
 
 void ContentView::showEvent(QShowEvent* event) {
