@@ -66,8 +66,10 @@ const QString ContentView::lastKitSlotKey = QStringLiteral("ContentView.lastSele
 
 ContentView::ContentView(RolandLibrary& store, SamplePlayer& player, const FileSystem& files, Defaults& defaults,
                          Prompts& prompts, QWidget* parent)
-    : QWidget(parent), store_(store), player_(player), defaults_(defaults), prompts_(prompts) {
+    : QWidget(parent), store_(store), player_(player), files_(files), defaults_(defaults), prompts_(prompts) {
   setObjectName(QStringLiteral("contentView"));
+  // Before the sample list, which answers for drops on it.
+  new FolderDrop(*this, files, [this](const Path& folder) { store_.openDroppedFolder(folder); });
   pages_ = new QStackedLayout(this);
   pages_->addWidget(welcome_ = new WelcomeView(store));
   pages_->addWidget(workspace_ = makeWorkspace());
@@ -77,7 +79,6 @@ ContentView::ContentView(RolandLibrary& store, SamplePlayer& player, const FileS
   });
   new QueuedRefresh(
       store, [this] { refresh(); }, this);
-  new FolderDrop(*this, files, [this](const Path& folder) { store_.openDroppedFolder(folder); });
   refresh();
 }
 
@@ -125,8 +126,8 @@ QWidget* ContentView::makeColumns() {
   // One after another: the order in which they are made is the order of the Tab key.
   QWidget* left = makeColumn(QStringLiteral("kitColumn"), kits, &Look::sidebar, new KitListView(store_, prompts_));
   QWidget* middle = makeMiddle();
-  QWidget* right =
-      makeColumn(QStringLiteral("sampleColumn"), samples, &Look::base, new WaveBrowserView(store_, player_, prompts_));
+  QWidget* right = makeColumn(QStringLiteral("sampleColumn"), samples, &Look::base,
+                              new WaveBrowserView(store_, player_, files_, prompts_));
   return new ColumnSplitter(left, middle, right);
 }
 

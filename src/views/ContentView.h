@@ -51,6 +51,7 @@ class ContentView : public QWidget {
 
   RolandLibrary& store_;
   SamplePlayer& player_;
+  const FileSystem& files_;
   Defaults& defaults_;
   Prompts& prompts_;
 
