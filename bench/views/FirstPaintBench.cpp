@@ -17,7 +17,7 @@ constexpr double limit = 0.1;
 struct HiddenBrowser : DiskStore {
   explicit HiddenBrowser(const Path& home) : DiskStore(home) {
     pages.addWidget(new QWidget);
-    pages.addWidget(browser = new WaveBrowserView(library, player, prompts));
+    pages.addWidget(browser = new WaveBrowserView(library, player, *files, prompts));
     pages.resize(426, 724);
     pages.show();
     settle();

@@ -83,7 +83,8 @@ void Application::showAbout() {
 
 void Application::showPreferences() {
   if (!settings_)
-    settings_ = new SettingsWindow(new PreferencesView(*library_, *files_, *jobs_, fileViewer_), window_.get());
+    settings_ =
+        new SettingsWindow(new PreferencesView(*library_, *files_, *jobs_, fileViewer_, prompts_), window_.get());
   settings_->bringToFront();
 }
 

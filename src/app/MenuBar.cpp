@@ -42,6 +42,9 @@ void MenuBar::addFileMenu() {
   QAction* newKit = addRow(file, QStringLiteral("newKit"), QStringLiteral("New Kit"), Qt::CTRL | Qt::Key_N);
   newKit->setAutoRepeat(false);  // a key held down would fill the card, and new kits can't be undone
   connect(newKit, &QAction::triggered, this, [this] { store_.createBlankKit(); });
+  QAction* open = addRow(file, QStringLiteral("openCard"), QStringLiteral("Open Card…"), Qt::CTRL | Qt::Key_O);
+  open->setAutoRepeat(false);
+  connect(open, &QAction::triggered, this, [this] { store_.chooseRoot(); });
   // The row only shows the key: it belongs to the Save button, and two owners would silence each other.
   const QString key = QKeySequence(Qt::CTRL | Qt::Key_S).toString(QKeySequence::NativeText);
   save_ = addRow(file, QStringLiteral("save"), QStringLiteral("Save to SPD-SX\t") + key);

@@ -2,20 +2,19 @@
 
 #include <QTimer>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
-#include <future>
 #include <memory>
 
 #include "audio/SoundFeeder.h"
 
 namespace tamboro {
 
+class OutputThread;
 class Sound;
 
-/// The sound device behind SDL, with one sound at a time. It is opened by the first sound, stays open for two seconds
-/// of silence, so that the next sound starts at once, and is opened anew where its server or plug went away. Main
-/// thread, whose event loop has to run for the closing.
+/// Plays one sound at a time and never waits for the sound server. The device is opened by the first sound, stays open
+/// for two seconds of silence, so that the next sound starts at once, and is opened anew where its server or plug went
+/// away. Main thread, whose event loop has to run for a hanging server to be given up.
 class AudioOutput {
  public:
   AudioOutput();
@@ -23,30 +22,20 @@ class AudioOutput {
   AudioOutput& operator=(const AudioOutput&) = delete;
   ~AudioOutput();
 
-  /// Plays a sound in place of any other. `ended` is called once, on the audio thread, after its last frame was heard,
-  /// unless it is replaced or silenced before. False: no sound on this machine.
-  bool play(std::shared_ptr<Sound> sound, std::function<void()> ended);
+  /// Plays a sound in place of any other. `ended` is called once, on any thread, after its last frame was heard or when
+  /// there is nobody to play it: no device, one that went away, or one that has taken nothing for two seconds. It isn't
+  /// called any more once the sound is replaced or silenced.
+  void play(std::shared_ptr<Sound> sound, std::function<void()> ended);
   /// Cuts off any sound.
   void silence();
 
  private:
-  bool ensureDevice();
-  bool openDevice();
-  void closeDevice();
-  void closeAudio();
-  void replaceSound(std::shared_ptr<Sound> sound, std::function<void()> ended);
-  void render(float* frames, std::size_t count);
+  void watch();
 
   SoundFeeder feeder_;
-  QTimer idle_;
-  bool isAudioOpen_ = false;
-  std::uint32_t device_ = 0;
-  std::future<void> closing_;
-
-  // Shared with the audio thread, under the device's lock.
-  std::shared_ptr<Sound> sound_;
-  std::function<void()> ended_;
-  std::size_t framesOfSilence_ = 0;
+  std::shared_ptr<OutputThread> thread_;
+  QTimer patience_;
+  std::size_t renders_ = 0;
 };
 
 }  // namespace tamboro

@@ -6,5 +6,7 @@ namespace tamboro {
 /// samples, which therefore reach the device unchanged.
 constexpr int outputRate = 44100;
 constexpr int outputChannels = 2;
+/// Frames that the device asks for at a time.
+constexpr int framesPerBuffer = 1024;
 
 }  // namespace tamboro

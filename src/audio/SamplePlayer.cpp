@@ -13,16 +13,14 @@ void SamplePlayer::play(const std::filesystem::path& location, std::int64_t inde
   stop();
   const std::uint64_t current = ++sound_;
   auto sound = Sound::open(location);
-  // Called on the audio thread, which may only leave a message.
+  // Called on another thread, which may only leave a message.
   const auto ended = [this, current] {
     QMetaObject::invokeMethod(
         this, [this, current] { finish(current); }, Qt::QueuedConnection);
   };
-  if (sound && output_->play(std::move(sound), ended)) {
-    setPlayingIndex(index);
-  } else {
-    stop();
-  }
+  if (!sound) return stop();
+  output_->play(std::move(sound), ended);
+  setPlayingIndex(index);
 }
 
 void SamplePlayer::stop() {

@@ -24,9 +24,9 @@ SoundFeeder::~SoundFeeder() {
 }
 
 void SoundFeeder::feed(std::shared_ptr<Sound> sound) {
-  if (sound && !thread_.joinable()) thread_ = std::thread([this] { run(); });
   {
     const std::lock_guard lock(mutex_);
+    if (sound && !thread_.joinable()) thread_ = std::thread([this] { run(); });
     // What leaves goes at this function's end, not under the lock.
     std::swap(sound_, sound);
   }

@@ -10,7 +10,7 @@ namespace tamboro {
 class Sound;
 
 /// Decodes the current sound ahead of the device on a thread of its own, which starts with the first sound. A slow card
-/// keeps only this thread waiting. Main thread.
+/// keeps only this thread waiting.
 class SoundFeeder {
  public:
   SoundFeeder() = default;
@@ -19,7 +19,7 @@ class SoundFeeder {
   /// Waits for a read under way.
   ~SoundFeeder();
 
-  /// In place of the sound before; null: none. Returns at once.
+  /// In place of the sound before; null: none. Returns at once. Any thread.
   void feed(std::shared_ptr<Sound> sound);
 
  private:

@@ -123,8 +123,8 @@ class RolandLibrary : public QObject {
   UndoManager& undoManager() { return undoManager_; }
 
   // Opening a card. The first four report through `lastError`; `load` throws. Each waits for the saves that were asked
-  // for.
-  void chooseRoot();
+  // for. `failed` is called behind `lastError` where the chosen folder didn't open.
+  void chooseRoot(std::function<void()> failed = {});
   void readAgain();
   void restoreFromBookmark();
   void openDroppedFolder(const Path& location);

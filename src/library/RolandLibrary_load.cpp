@@ -137,14 +137,15 @@ void RolandLibrary::readAgain() {
   if (const auto root = rootURL_) tryLoad(*root);
 }
 
-void RolandLibrary::chooseRoot() {
+void RolandLibrary::chooseRoot(std::function<void()> failed) {
   const FolderRequest request{QStringLiteral("Choose"),
                               QStringLiteral("Choose the SPD-SX volume (or the Roland/SPD-SX folder)")};
-  services_.folderPanel.chooseFolder(request, [this](const std::optional<Path>& location) {
+  services_.folderPanel.chooseFolder(request, [this, failed = std::move(failed)](const std::optional<Path>& location) {
     if (!location) return;
     // Before the load: a chosen folder that fails to open is still the one to try at the next start.
     if (const auto bookmark = makeBookmark(*location)) services_.defaults.setBytes(bookmarkKey, *bookmark);
     tryLoad(*location);
+    if (lastError_ && failed) failed();
   });
 }
 

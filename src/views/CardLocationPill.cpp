@@ -8,6 +8,7 @@ namespace tamboro {
 CardLocationPill::CardLocationPill(RolandLibrary& store, QWidget* parent)
     : CapsulePill(QStringLiteral("internaldrive.fill"), parent), store_(store) {
   setObjectName(QStringLiteral("cardLocation"));
+  setAccessibleDescription(QStringLiteral("Card location"));
   new QueuedRefresh(
       store, [this] { refresh(); }, this);
   refresh();
@@ -15,11 +16,8 @@ CardLocationPill::CardLocationPill(RolandLibrary& store, QWidget* parent)
 
 void CardLocationPill::refresh() {
   const QString path = store_.rootPath().value_or(QStringLiteral("Not loaded"));
-  const QString failure = store_.lastError().value_or(QString());
   setText(path);
-  setToolTip(failure.isEmpty() ? path : path + QLatin1Char('\n') + failure);
-  setAccessibleDescription(failure.isEmpty() ? QStringLiteral("Card location")
-                                             : QStringLiteral("Card location. ") + failure);
+  setToolTip(path);
 }
 
 }  // namespace tamboro

@@ -6,8 +6,7 @@ namespace tamboro {
 
 class RolandLibrary;
 
-/// Where the open card is. The tooltip holds the whole path and, under it, why the last opening failed: with a card
-/// open no welcome screen tells.
+/// Where the open card is; the tooltip holds the whole path.
 class CardLocationPill : public CapsulePill {
   Q_OBJECT
 

@@ -15,6 +15,7 @@
 #include "views/KeyboardShortcutsHelpView.h"
 #include "views/KitEditorView.h"
 #include "views/KitListView.h"
+#include "views/NoticeStack.h"
 #include "views/SaveButton.h"
 #include "views/StatusLine.h"
 #include "views/TagListEditorView.h"
@@ -66,17 +67,20 @@ const QString ContentView::lastKitSlotKey = QStringLiteral("ContentView.lastSele
 
 ContentView::ContentView(RolandLibrary& store, SamplePlayer& player, const FileSystem& files, Defaults& defaults,
                          Prompts& prompts, QWidget* parent)
-    : QWidget(parent), store_(store), player_(player), defaults_(defaults), prompts_(prompts) {
+    : QWidget(parent), store_(store), player_(player), files_(files), defaults_(defaults), prompts_(prompts) {
   setObjectName(QStringLiteral("contentView"));
+  // Before the sample list, which answers for drops on it.
+  new FolderDrop(*this, files, [this](const Path& folder) { store_.openDroppedFolder(folder); });
   pages_ = new QStackedLayout(this);
   pages_->addWidget(welcome_ = new WelcomeView(store));
   pages_->addWidget(workspace_ = makeWorkspace());
   connect(&store, &RolandLibrary::published, this, [this](RolandLibrary::Property property) {
     if (property == RolandLibrary::Property::selectedKitSlot) rememberKit();
+    if (property == RolandLibrary::Property::lastError) followLastError();
+    if (property == RolandLibrary::Property::isLoaded) tellOfLeftovers();
   });
   new QueuedRefresh(
       store, [this] { refresh(); }, this);
-  new FolderDrop(*this, files, [this](const Path& folder) { store_.openDroppedFolder(folder); });
   refresh();
 }
 
@@ -87,6 +91,7 @@ QWidget* ContentView::makeWorkspace() {
   rows->setSpacing(0);
   rows->addWidget(makeToolbar());
   rows->addWidget(new AccentLine);
+  rows->addWidget(notices_ = new NoticeStack);
   rows->addWidget(makeColumns(), 1);
   rows->addWidget(new StatusLine(store_));
   return workspace;
@@ -123,8 +128,8 @@ QWidget* ContentView::makeColumns() {
   // One after another: the order in which they are made is the order of the Tab key.
   QWidget* left = makeColumn(QStringLiteral("kitColumn"), kits, &Look::sidebar, new KitListView(store_, prompts_));
   QWidget* middle = makeMiddle();
-  QWidget* right =
-      makeColumn(QStringLiteral("sampleColumn"), samples, &Look::base, new WaveBrowserView(store_, player_, prompts_));
+  QWidget* right = makeColumn(QStringLiteral("sampleColumn"), samples, &Look::base,
+                              new WaveBrowserView(store_, player_, files_, prompts_));
   return new ColumnSplitter(left, middle, right);
 }
 
@@ -148,6 +153,26 @@ void ContentView::refresh() {
   middle_->setCurrentWidget(kit ? kit_ : static_cast<QWidget*>(noKit_));
   kit_->setKit(kit ? std::optional(kit->slot) : std::nullopt);
   followShortcutsHelp();
+}
+
+/// With a card open no welcome screen tells why another didn't open.
+void ContentView::followLastError() {
+  const QString key = QStringLiteral("openingFailed");
+  const auto& error = store_.lastError();
+  if (error && store_.isLoaded())
+    notices_->put(key, {.text = *error, .detail = store_.lastErrorDetail()});
+  else
+    notices_->remove(key);
+}
+
+/// They aren't removed here: after a cut, clusters of theirs can belong to files in place, and only a check of the
+/// whole file system tells.
+void ContentView::tellOfLeftovers() {
+  const QString key = QStringLiteral("leftovers");
+  if (store_.leftovers().count == 0) return notices_->remove(key);
+  notices_->put(key, {.text = leftoversText(),
+                      .detail = QStringLiteral("Don't delete them by hand: have the card's file system checked and "
+                                               "repaired first, on this computer or another one.")});
 }
 
 void ContentView::showEvent(QShowEvent* event) {

@@ -13,6 +13,7 @@ namespace tamboro {
 
 class EmptyStatePanel;
 class KitEditorView;
+class NoticeStack;
 class SamplePlayer;
 class Sheet;
 class WelcomeView;
@@ -42,6 +43,8 @@ class ContentView : public QWidget {
   QWidget* makeColumns();
   QWidget* makeMiddle();
   void refresh();
+  void followLastError();
+  void tellOfLeftovers();
   void restore();
   void rememberKit();
   void save();
@@ -52,6 +55,7 @@ class ContentView : public QWidget {
 
   RolandLibrary& store_;
   SamplePlayer& player_;
+  const FileSystem& files_;
   Defaults& defaults_;
   Prompts& prompts_;
 
@@ -61,6 +65,7 @@ class ContentView : public QWidget {
   QStackedLayout* pages_;
   WelcomeView* welcome_;
   QWidget* workspace_;
+  NoticeStack* notices_ = nullptr;
   QStackedLayout* middle_ = nullptr;
   EmptyStatePanel* noKit_ = nullptr;
   KitEditorView* kit_ = nullptr;

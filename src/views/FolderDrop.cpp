@@ -8,15 +8,18 @@
 
 namespace tamboro {
 
+bool isFolderHere(const FileSystem& files, const Path& path) {
+  try {
+    return files.status(path).kind == FileKind::folder;
+  } catch (const FileError&) {
+    return false;
+  }
+}
+
 std::optional<Path> droppedFolder(const QMimeData& data, const FileSystem& files) {
   const auto entries = draggedPaths(data, 1);
-  if (entries.empty() || !entries.front()) return std::nullopt;
-  const Path& path = *entries.front();
-  try {
-    return files.status(path).kind == FileKind::folder ? std::optional(path) : std::nullopt;
-  } catch (const FileError&) {
-    return std::nullopt;
-  }
+  const bool isFolder = !entries.empty() && entries.front() && isFolderHere(files, *entries.front());
+  return isFolder ? entries.front() : std::nullopt;
 }
 
 FolderDrop::FolderDrop(QWidget& content, const FileSystem& files, std::function<void(const Path&)> opened)

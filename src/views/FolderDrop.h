@@ -12,11 +12,14 @@ class QWidget;
 
 namespace tamboro {
 
+/// Links are followed; what can't be asked is none.
+bool isFolderHere(const FileSystem& files, const Path& path);
+
 /// The folder that a drag carries: its first item, when that is a folder on this computer. Further items don't count.
 std::optional<Path> droppedFolder(const QMimeData& data, const FileSystem& files);
 
-/// Lets a window take folders wherever they are dropped on it, also over a child that takes drops of its own; all other
-/// drags are left to the children.
+/// Lets a window take folders wherever they are dropped on it, also over a field; all other drags are left to the
+/// children. A child that answers for its own place has to be made later: the last filter is asked first.
 class FolderDrop : public QObject {
   Q_OBJECT
 

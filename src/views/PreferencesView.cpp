@@ -12,6 +12,7 @@
 #include "views/controls/FormGroup.h"
 #include "views/controls/Labels.h"
 #include "views/controls/MenuPicker.h"
+#include "views/controls/Prompts.h"
 #include "views/controls/QueuedRefresh.h"
 #include "views/controls/Switch.h"
 #include "views/look/LookStyle.h"
@@ -68,8 +69,8 @@ bool isFolder(const FileSystem& files, const Path& path) {
 }  // namespace
 
 PreferencesView::PreferencesView(RolandLibrary& store, const FileSystem& files, BackgroundJobs& jobs,
-                                 FileViewer& viewer, QWidget* parent)
-    : QWidget(parent), store_(store), files_(files), jobs_(jobs), viewer_(viewer) {
+                                 FileViewer& viewer, Prompts& prompts, QWidget* parent)
+    : QWidget(parent), store_(store), files_(files), jobs_(jobs), viewer_(viewer), prompts_(prompts) {
   setObjectName(QStringLiteral("preferencesView"));
   setAccessibleName(QStringLiteral("Preferences"));
   auto* groups = new QVBoxLayout(this);
@@ -92,7 +93,7 @@ QWidget* PreferencesView::makeCardGroup() {
   cardPath_->setForegroundRole(textRole::secondary);
   cardPathRow_ = group->addRow(cardPath_);
   auto* change = makeButton(QStringLiteral("changeLocationButton"), QStringLiteral("Change Location…"));
-  connect(change, &QPushButton::clicked, this, [this] { store_.chooseRoot(); });
+  connect(change, &QPushButton::clicked, this, &PreferencesView::changeLocation);
   group->addRow(change, Qt::AlignLeft);
   return group;
 }
@@ -132,6 +133,16 @@ QWidget* PreferencesView::makeSafetyGroup() {
   connect(showBackup_, &QPushButton::clicked, this, [this] { viewer_.showFolder(store_.defaultBackupDestination()); });
   group->addRow(showBackup_, Qt::AlignLeft);
   return group;
+}
+
+void PreferencesView::changeLocation() {
+  store_.chooseRoot([this, alive = QPointer<PreferencesView>(this)] {
+    if (!alive || !isVisible()) return;
+    // The main window tells it too, but stands behind this one.
+    prompts_.alert(this,
+                   {.title = QStringLiteral("Couldn't Open Card"), .text = store_.lastError().value_or(QString())},
+                   [](std::size_t) {});
+  });
 }
 
 void PreferencesView::refresh() {

@@ -11,6 +11,7 @@ namespace tamboro {
 class ElidedLabel;
 class FileViewer;
 class MenuPicker;
+class Prompts;
 class Switch;
 
 /// The settings window's content: where the card is, autosave and backup. Every change takes effect at once.
@@ -20,7 +21,7 @@ class PreferencesView : public QWidget {
  public:
   /// The disk is asked through `files` on one of `jobs`; both outlive the view and its jobs.
   PreferencesView(RolandLibrary& store, const FileSystem& files, BackgroundJobs& jobs, FileViewer& viewer,
-                  QWidget* parent = nullptr);
+                  Prompts& prompts, QWidget* parent = nullptr);
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -30,6 +31,7 @@ class PreferencesView : public QWidget {
   QWidget* makeCardGroup();
   QWidget* makeAutosaveGroup();
   QWidget* makeSafetyGroup();
+  void changeLocation();
   void refresh();
   void lookForBackup();
 
@@ -37,6 +39,7 @@ class PreferencesView : public QWidget {
   const FileSystem& files_;
   BackgroundJobs& jobs_;
   FileViewer& viewer_;
+  Prompts& prompts_;
 
   bool isLooking_ = false;
   bool looksAgain_ = false;

@@ -73,13 +73,15 @@ ElidedLabel* makeCaption(const QString& objectName, TextStyle style) {
 
 }  // namespace
 
-WaveBrowserView::WaveBrowserView(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, QWidget* parent)
+WaveBrowserView::WaveBrowserView(RolandLibrary& store, SamplePlayer& player, const FileSystem& files, Prompts& prompts,
+                                 QWidget* parent)
     : QWidget(parent),
       store_(store),
       player_(player),
+      files_(files),
       prompts_(prompts),
       waves_(userDottedI()),
-      imports_(new WaveImports(store, this)) {
+      imports_(new WaveImports(store, files, this)) {
   setObjectName(QStringLiteral("waveBrowserView"));
   auto* rows = new QVBoxLayout(this);
   rows->setSpacing(0);
@@ -92,6 +94,7 @@ WaveBrowserView::WaveBrowserView(RolandLibrary& store, SamplePlayer& player, Pro
     importError_ = message;
     showImportError();
   });
+  connect(imports_, &WaveImports::foundNothing, this, &WaveBrowserView::foundNothing);
   using Property = RolandLibrary::Property;
   new QueuedRefresh(
       store, {Property::waves, Property::tagList}, [this] { refresh(); }, this);
@@ -146,7 +149,11 @@ QWidget* WaveBrowserView::makeList() {
   connect(list_, &RowList::rowDoubleClicked, this, &WaveBrowserView::doubleClicked);
   connect(list_, &RowList::menuRequested, this, &WaveBrowserView::openMenu);
   connect(list_, &RowList::dragRequested, this, &WaveBrowserView::drag);
-  auto* drop = new WaveDrop(*list_, [this](std::vector<std::filesystem::path> files) { import(std::move(files)); });
+  auto* drop = new WaveDrop(
+      *list_, files_, [this](const Path& folder) { return store_.resolveRoot(folder).has_value(); },
+      [this](std::vector<SoundSource> sources, std::optional<Path> folder) {
+        importDropped(std::move(sources), std::move(folder));
+      });
   connect(drop, &WaveDrop::targetedChanged, dropOutline_, &QWidget::setVisible);
   return area;
 }

@@ -15,11 +15,13 @@ namespace tamboro {
 
 class BatchRenameSheet;
 class ElidedLabel;
+class FileSystem;
 class MenuPicker;
 class RolandLibrary;
 class RowList;
 class SamplePlayer;
 class SearchField;
+struct SoundSource;
 class WaveImports;
 
 /// The card's samples: searched, filtered, played, renamed, tagged, imported, and handed to pads.
@@ -27,7 +29,8 @@ class WaveBrowserView : public QWidget {
   Q_OBJECT
 
  public:
-  WaveBrowserView(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, QWidget* parent = nullptr);
+  WaveBrowserView(RolandLibrary& store, SamplePlayer& player, const FileSystem& files, Prompts& prompts,
+                  QWidget* parent = nullptr);
 
   const std::set<WaveId>& selection() const { return selection_; }
 
@@ -63,11 +66,13 @@ class WaveBrowserView : public QWidget {
   void drag(const RowKey& row);
   void openBatchRename();
   void chooseImports();
-  void import(std::vector<std::filesystem::path> files);
+  void importDropped(std::vector<SoundSource> sources, std::optional<std::filesystem::path> folder);
+  void foundNothing();
   void showImportError();
 
   RolandLibrary& store_;
   SamplePlayer& player_;
+  const FileSystem& files_;
   Prompts& prompts_;
 
   std::optional<std::int64_t> selectedTag_;
@@ -75,6 +80,7 @@ class WaveBrowserView : public QWidget {
   std::optional<WaveId> deleteCandidate_;
   std::optional<QString> importError_;  ///< the last failure that no alert has told yet
   bool showingImportError_ = false;
+  std::optional<std::filesystem::path> droppedFolder_;  ///< the first item of the last drop
   using FilterKey = std::tuple<std::size_t, QString, std::optional<std::int64_t>>;
   std::optional<std::vector<WaveId>> filteredWavesCache_;
   FilterKey filteredCacheKey_;

@@ -212,12 +212,23 @@ void WaveBrowserView::chooseImports() {
                        [this, alive = QPointer<WaveBrowserView>(this)](std::vector<std::filesystem::path> files) {
                          if (!alive) return;
                          showingImporter_ = false;
-                         import(std::move(files));
+                         std::vector<SoundSource> sources;
+                         for (Path& file : files)
+                           sources.push_back({std::move(file)});
+                         imports_->start(std::move(sources), selectedTag_.value_or(0));
                        });
 }
 
-void WaveBrowserView::import(std::vector<std::filesystem::path> files) {
-  if (!files.empty()) imports_->start(std::move(files), selectedTag_.value_or(0));
+void WaveBrowserView::importDropped(std::vector<SoundSource> sources, std::optional<Path> folder) {
+  droppedFolder_ = std::move(folder);
+  imports_->start(std::move(sources), selectedTag_.value_or(0));
+}
+
+/// Without a sound for the list a folder was meant for the window, which tells what is wrong with it.
+void WaveBrowserView::foundNothing() {
+  if (droppedFolder_) return store_.openDroppedFolder(*droppedFolder_);
+  importError_ = QStringLiteral("There are no .wav files in the dropped folders.");
+  showImportError();
 }
 
 void WaveBrowserView::showImportError() {

@@ -4,21 +4,24 @@
 #include <QApplication>
 #include <QDropEvent>
 
+#include "views/FolderDrop.h"
 #include "views/UriList.h"
 
 namespace tamboro {
 
-std::vector<std::filesystem::path> droppedWaves(const QMimeData& data) {
-  std::vector<std::filesystem::path> waves;
-  for (std::optional<std::filesystem::path>& path : draggedPaths(data)) {
-    const QString extension = path ? QString::fromStdString(path->extension().native()) : QString();
-    if (extension.toLower() == QLatin1String(".wav")) waves.push_back(std::move(*path));
+std::vector<SoundSource> droppedSounds(const QMimeData& data, const FileSystem& files,
+                                       const std::function<bool(const Path&)>& holdsCard) {
+  std::vector<SoundSource> sounds;
+  for (std::optional<Path>& path : draggedPaths(data)) {
+    if (!path) continue;
+    const bool isFolder = isFolderHere(files, *path);
+    if (isFolder ? !holdsCard(*path) : isWaveName(*path)) sounds.push_back({std::move(*path), isFolder});
   }
-  return waves;
+  return sounds;
 }
 
-WaveDrop::WaveDrop(QWidget& list, std::function<void(std::vector<std::filesystem::path>)> dropped)
-    : QObject(&list), list_(list), dropped_(std::move(dropped)) {
+WaveDrop::WaveDrop(QWidget& list, const FileSystem& files, std::function<bool(const Path&)> holdsCard, Dropped dropped)
+    : QObject(&list), list_(list), files_(files), holdsCard_(std::move(holdsCard)), dropped_(std::move(dropped)) {
   list.setAcceptDrops(true);
   qApp->installEventFilter(this);
 }
@@ -45,12 +48,13 @@ bool WaveDrop::answer(QDropEvent& event, const QWidget& over) {
   const auto* area = qobject_cast<QAbstractScrollArea*>(&list_);
   const bool isField = &over != &list_ && !(area && &over == area->viewport());
   if (isField && !event.mimeData()->hasUrls()) return false;
-  std::vector<std::filesystem::path> waves = droppedWaves(*event.mimeData());
+  const std::vector<SoundSource>& found = sounds(event);
   // Copied, whatever keys are held: what is moved, its source would delete.
   const bool isTaken =
-      !waves.empty() && event.possibleActions().testFlag(Qt::CopyAction) && !QApplication::activeModalWidget();
+      !found.empty() && event.possibleActions().testFlag(Qt::CopyAction) && !QApplication::activeModalWidget();
   setTargeted(isTaken && event.type() != QEvent::Drop);
   if (!isTaken) {
+    if (found.empty() && droppedFolder(*event.mimeData(), files_)) return false;
     event.ignore();
     return true;
   }
@@ -58,8 +62,18 @@ bool WaveDrop::answer(QDropEvent& event, const QWidget& over) {
   event.accept();
   if (event.type() == QEvent::Drop)
     QMetaObject::invokeMethod(
-        this, [this, files = std::move(waves)]() mutable { dropped_(std::move(files)); }, Qt::QueuedConnection);
+        this, [this, found, folder = droppedFolder(*event.mimeData(), files_)] { dropped_(found, folder); },
+        Qt::QueuedConnection);
   return true;
+}
+
+const std::vector<SoundSource>& WaveDrop::sounds(const QDropEvent& event) {
+  const QByteArray items = event.mimeData()->data(QStringLiteral("text/uri-list"));
+  if (event.type() == QEvent::DragEnter || items != askedFor_) {
+    askedFor_ = items;
+    sounds_ = droppedSounds(*event.mimeData(), files_, holdsCard_);
+  }
+  return sounds_;
 }
 
 void WaveDrop::setTargeted(bool isTargeted) {

@@ -175,7 +175,20 @@ QString waveCountText(std::size_t rows, std::size_t selected) {
 }
 
 QString waveImportText(int done, int total) {
+  if (total == 0) return QStringLiteral("Looking for sounds…");
   return QStringLiteral("Importing %1 of %2…").arg(std::min(done + 1, total)).arg(total);
+}
+
+QString waveImportFailureText(const std::vector<QString>& fileNames, const QString& lastFailure) {
+  constexpr std::size_t most = 20;
+  if (fileNames.size() <= 1) return lastFailure;
+  QStringList named;
+  for (std::size_t i = 0; i < std::min(most, fileNames.size()); ++i)
+    named << fileNames[i];
+  QString names = named.join(QStringLiteral(", "));
+  if (fileNames.size() > most) names += QStringLiteral(" and %1 more").arg(fileNames.size() - most);
+  return QStringLiteral("%1 files couldn't be imported: ").arg(fileNames.size()) + names +
+         QStringLiteral(". The last failure:\n\n") + lastFailure;
 }
 
 QString waveTempoText(std::int64_t tenths) {

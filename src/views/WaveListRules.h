@@ -68,6 +68,8 @@ QString waveDeleteTitle(const QString& name, const std::vector<WaveUsage>& usage
 /// "148 sounds", or with two and more selected "2 selected".
 QString waveCountText(std::size_t rows, std::size_t selected);
 QString waveImportText(int done, int total);
+/// The last failure's own text; of several files it also tells how many and which.
+QString waveImportFailureText(const std::vector<QString>& fileNames, const QString& lastFailure);
 /// Tenths of a beat per minute as "120.0".
 QString waveTempoText(std::int64_t tenths);
 

@@ -55,7 +55,9 @@ WelcomeView::WelcomeView(RolandLibrary& store, QWidget* parent)
 }
 
 void WelcomeView::refresh() {
-  setWrappedText(*error_, store_.lastError().value_or(QString()), Look::px(360));
+  QString text = store_.lastError().value_or(QString());
+  if (!store_.lastErrorDetail().isEmpty()) text += QLatin1Char('\n') + store_.lastErrorDetail();
+  setWrappedText(*error_, text, Look::px(360));
   error_->setVisible(store_.lastError().has_value());
 }
 

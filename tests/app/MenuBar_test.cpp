@@ -151,7 +151,7 @@ TEST(MenuBar, ACopiedSoundCanBePastedManyTimes) {
   }
 }
 
-TEST(MenuBar, KeysForHelpAndPreferences) {
+TEST(MenuBar, KeysForHelpPreferencesAndCards) {
   Program program;
   program.showCard();
   for (const auto& [key, modifier] : {std::pair(Qt::Key_Slash, Qt::ControlModifier), {Qt::Key_F1, Qt::NoModifier}}) {
@@ -165,6 +165,8 @@ TEST(MenuBar, KeysForHelpAndPreferences) {
   QSignalSpy preferences(&program.menus, &MenuBar::preferencesRequested);
   program.press(Qt::Key_Comma);
   EXPECT_EQ(preferences.count(), 1);
+  program.press(Qt::Key_O);
+  EXPECT_EQ(program.store.panel.open(), 1U);
 }
 
 }  // namespace

@@ -39,7 +39,7 @@ class Child {
 
   /// Returns the exit status.
   int end() {
-    if (output_ && !hasEnded()) ::kill(pid_, SIGTERM);
+    if (output_ && !hasEnded()) signal(SIGTERM);
     return output_ ? pclose(std::exchange(output_, nullptr)) : -1;
   }
   /// What was printed since the last call.
@@ -50,6 +50,7 @@ class Child {
     bytes.truncate(std::max<qsizetype>(count, 0));
     return bytes;
   }
+  void signal(int number) const { ::kill(pid_, number); }
   /// Its output is closed.
   bool hasEnded() const { return hasEnded_; }
 
@@ -92,6 +93,10 @@ class NullSink {
     server_.reset();
     QFile::remove(socket());
   }
+
+  /// It is there and answers nobody, until it is told to go on.
+  void hang() { server_->signal(SIGSTOP); }
+  void goOn() { server_->signal(SIGCONT); }
 
   /// How many streams play into it; -1: it doesn't answer.
   static int streamCount() {

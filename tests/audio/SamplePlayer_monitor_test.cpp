@@ -148,25 +148,52 @@ TEST_F(SamplePlayerAtNullSink, releasesTheDeviceAndTakesItAgain) {
 
 TEST_F(SamplePlayerAtNullSink, playsAgainWhenTheServerWasAway) {
   const auto wanted = as16Bits(write("a", noise(second / 4)));
+  write("long", noise(300 * second));
   for (const bool isPlaying : {true, false}) {
     SCOPED_TRACE(isPlaying);
     if (isPlaying) {
-      player->play(root / "a", 1);
+      player->play(root / "long", 1);
     } else {
       ASSERT_TRUE(waitUntil([] { return NullSink::streamCount() == 0; }));
     }
     sink.stop();
-    // What was cut short ends all the same.
+    // What nobody plays any more ends long before its time.
     EXPECT_TRUE(waitUntilIdle());
     if (isPlaying) {
       player->play(root / "a", 2);
-      EXPECT_FALSE(player->playingIndex());
+      EXPECT_TRUE(waitUntilIdle());
     }
 
     ASSERT_TRUE(sink.start());
     warmUp();
     EXPECT_TRUE(playsExactly("a", wanted));
   }
+}
+
+TEST_F(SamplePlayerAtNullSink, aServerThatHangsHoldsNobody) {
+  const auto wanted = as16Bits(write("a", noise(second / 4)));
+  write("long", noise(300 * second));
+  for (const bool isPlaying : {true, false}) {
+    SCOPED_TRACE(isPlaying);
+    if (isPlaying) {
+      player->play(root / "long", 1);
+      runLoopFor(300);
+    } else {
+      ASSERT_TRUE(waitUntil([] { return NullSink::streamCount() == 0; }));
+    }
+    sink.hang();
+    EXPECT_TRUE(waitUntilIdle());
+    player->play(root / "a", 2);
+    EXPECT_TRUE(waitUntilIdle());
+    sink.goOn();
+    EXPECT_TRUE(playsExactly("a", wanted));
+  }
+  sink.hang();
+  player->play(root / "a", 1);
+  player.reset();
+  sink.goOn();
+  player = std::make_unique<SamplePlayer>();
+  EXPECT_TRUE(playsExactly("a", wanted));
 }
 
 }  // namespace

@@ -251,5 +251,21 @@ TEST(Conflicts, ADamagedFileIsNamedWithWhereAWholeCopyIs) {
             "WAVE/PRM/02/05.spd is damaged. The backup folder holds no copy of it.");
 }
 
+TEST(Conflicts, WhatACutSaveHasLeftIsCountedAndStays) {
+  TestStore store;
+  Tree card = sampleCard();
+  for (const char* name : {".tamboro-1/0", ".tamboro-1/1", "KIT/.tamboro-3---", "WAVE/DATA/02/.tamboro-1---"})
+    card[name] = "four";
+  store.open(card);
+  EXPECT_EQ(store.library.leftovers().count, 3U);
+  EXPECT_EQ(store.library.leftovers().bytes, 8U);
+  store.library.setKitLevel(1, 3);
+  EXPECT_EQ(store.save(), "");
+  EXPECT_EQ(store.card().at(".tamboro-1/0"), "four");
+  writeTree(store.files, "/copy", sampleCard());
+  store.library.load("/copy");
+  EXPECT_EQ(store.library.leftovers().count, 0U);
+}
+
 }  // namespace
 }  // namespace tamboro::test

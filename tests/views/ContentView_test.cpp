@@ -10,6 +10,7 @@
 
 #include "platform/FolderBookmark.h"
 #include "views/MainWindow.h"
+#include "views/NoticeStack.h"
 
 namespace tamboro::test {
 namespace {
@@ -232,19 +233,58 @@ TEST(ContentView, AsksWhoseChangesStayWhereOthersHaveChangedTheCard) {
   }
 }
 
-TEST(ContentView, PillTellsWhereTheCardIsAndWhyAnotherDidNotOpen) {
+TEST(ContentView, TellsOverTheOpenCardWhyAnotherDidNotOpen) {
   MainWindow main;
-  main.showCard();
-  const QString path = QStringLiteral("/media/card/Roland/SPD-SX");
-  EXPECT_EQ(main.text("cardLocation"), path.toStdString());
-  EXPECT_EQ(main.find("cardLocation").toolTip(), path);
+  main.show();
+  main.store.library.openDroppedFolder("/home");
+  main.store.open();
+  main.settle();
+  EXPECT_EQ(main.text("cardLocation"), "/media/card/Roland/SPD-SX");
+  auto& notices = main.find<NoticeStack>("notices");
+  EXPECT_FALSE(notices.isVisible()) << "the welcome screen told it";
   main.store.library.openDroppedFolder("/home");
   main.settle();
   EXPECT_TRUE(main.find("workspace").isVisible());
-  EXPECT_EQ(main.find("cardLocation").toolTip(), path + QLatin1Char('\n') + *main.store.library.lastError());
+  EXPECT_EQ(main.text("noticeText"), main.store.library.lastError()->toStdString());
+  EXPECT_TRUE(notices.isVisible());
   main.store.open();
   main.settle();
-  EXPECT_EQ(main.find("cardLocation").toolTip(), path);
+  EXPECT_FALSE(notices.isVisible());
+  main.store.library.openDroppedFolder("/home");
+  main.settle();
+  QTest::mouseClick(&main.find("closeNoticeButton"), Qt::LeftButton);
+  EXPECT_FALSE(notices.isVisible());
+}
+
+/// Two notices, the first replaced, with an action each.
+TEST(NoticeStack, StandsInItsOrderInTheTabOrderToo) {
+  MainWindow main;
+  main.showCard();
+  auto& notices = main.find<NoticeStack>("notices");
+  std::string ran;
+  const auto notice = [&](const QString& text) {
+    return Notice{.text = text, .actions = {{text, [&ran, text] { ran += text.toStdString(); }}}};
+  };
+  notices.put(QStringLiteral("first"), notice(QStringLiteral("A")));
+  notices.put(QStringLiteral("second"), notice(QStringLiteral("B")));
+  notices.put(QStringLiteral("first"), notice(QStringLiteral("C")));
+  main.settle();
+  main.find("tagsButton").setFocus();
+  QStringList reached;
+  for (int step = 0; step < 5; ++step) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    auto* button = qobject_cast<QPushButton*>(QApplication::focusWidget());
+    reached << (button ? button->text() : QStringLiteral("-"));
+  }
+  EXPECT_EQ(reached.mid(0, 4), (QStringList{QStringLiteral("C"), {}, QStringLiteral("B"), {}}));
+  EXPECT_TRUE(main.find("kitColumn").isAncestorOf(QApplication::focusWidget()));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  EXPECT_FALSE(notices.holds(QStringLiteral("second")));
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  QTest::mouseClick(&main.find("noticeAction0"), Qt::LeftButton);
+  EXPECT_EQ(ran, "C");
+  EXPECT_FALSE(notices.isVisible());
 }
 
 TEST(ContentView, SheetsComeAndGoWithTheirProperties) {

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "support/TestStore.h"
+#include "views/HandPrompts.h"
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/FileViewer.h"
 #include "views/controls/MenuPicker.h"
@@ -25,9 +26,10 @@ struct HandFileViewer : FileViewer {
 struct Form {
   TestStore store;
   HandFileViewer viewer;
+  HandPrompts prompts;
   std::optional<PreferencesView> view;
 
-  Form() { view.emplace(store.library, store.files, store.jobs, viewer); }
+  Form() { view.emplace(store.library, store.files, store.jobs, viewer, prompts); }
   void show() {
     view->show();
     store.jobs.runAll();
@@ -59,6 +61,9 @@ TEST(PreferencesView, TellsTheOpenCardsPathWithItsMiddleCut) {
   EXPECT_EQ(form.view->sizeHint().width(), width) << "a long path widens nothing";
   QTest::mouseClick(&form.find("changeLocationButton"), Qt::LeftButton);
   EXPECT_EQ(form.store.panel.requests.size(), 1U);
+  form.store.panel.answer(Path("/home"));
+  ASSERT_EQ(form.prompts.alerts.size(), 1U) << "the message over the workspace stands behind this window";
+  EXPECT_EQ(form.prompts.alerts[0].first.text, form.store.library.lastError());
 }
 
 TEST(PreferencesView, EveryChangeTakesEffectAtOnce) {
