@@ -29,5 +29,6 @@ bool measureBackup(const Path& card, const Path& place);
 bool measureImport(const Path& place);
 bool measureImportCopy(const Path& place);
 bool measureEdit(const Path& card, const Path& place);
+bool measureHostileKit(const Path& place);
 
 }  // namespace tamboro::bench

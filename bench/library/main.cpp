@@ -16,6 +16,7 @@ bool run(const Path& place) {
   kept &= measureImport(place);
   kept &= measureImportCopy(place);
   kept &= measureBackup(card, place);
+  kept &= measureHostileKit(place);
   return kept;
 }
 

@@ -49,12 +49,12 @@ class Place:
 
     def run(self, driver, tracing=(), operation=None, gone=False):
         command = [*tracing, driver, operation or self.operation, self.volume, self.work] + ['gone'] * gone
-        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   start_new_session=True)
         try:
             return process.wait(LIMIT)
         except subprocess.TimeoutExpired:
-            subprocess.run(['pkill', '-KILL', '-P', str(process.pid)])
-            process.kill()
+            os.killpg(process.pid, signal.SIGKILL)
             process.wait()
             return None
 
@@ -160,7 +160,7 @@ class Sweep:
                 code, f'ends with {code}')]
         found = []
         if code == REPEATED:  # the card behind the failure, and then behind the second try
-            found += self.not_whole(tree_below(place.first, place.volume, self.old_card))
+            found += self.not_whole(tree_below(place.first, self.old_card))
         found += self.not_whole(place.card())
         if code in (SUCCESS, REPEATED):
             if without_leftovers(place.card()) != self.new_card:
@@ -192,14 +192,25 @@ class Sweep:
             found.append('gone: export/' + path)
         if self.operation == 'backup':
             copies = [tree(os.path.join(place.work, name)) for name in os.listdir(place.work)]
-            if self.old_beside['backup'] not in copies and self.new_beside['backup'] not in copies:
+            if not any(copy == self.old_beside['backup'] or self.is_backup(copy) for copy in copies):
                 found.append('no whole backup is left')
         return found
 
+    def is_backup(self, copy):
+        """Whole, of the card before or behind a failure, when each file was old or new."""
+        made = self.new_beside['backup']
+        root = root_of(self.old_card)
+        return copy.keys() == made.keys() and all(
+            content in (made[path], self.new_card[os.path.join(root, path)]) for path, content in copy.items())
 
-def tree_below(folder, volume, old):
+
+def root_of(card):
+    return os.path.commonpath([os.path.dirname(path) for path in card])
+
+
+def tree_below(folder, old):
     """A copy of the card's root, with the names that it has below the volume."""
-    root = os.path.commonpath([os.path.dirname(p) for p in old])
+    root = root_of(old)
     return {os.path.join(root, path): content for path, content in tree(folder).items()}
 
 

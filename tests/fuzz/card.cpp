@@ -8,9 +8,9 @@
 #include <set>
 #include <tuple>
 
-#include "card/NaiveDocument.h"
 #include "card/SpdDocument.h"
 #include "fuzz/Fuzzing.h"
+#include "fuzz/NaiveDocument.h"
 #include "library/CardPaths.h"
 #include "support/TestStore.h"
 

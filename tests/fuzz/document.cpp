@@ -5,10 +5,10 @@
 #include <optional>
 #include <vector>
 
-#include "card/NaiveDocument.h"
 #include "card/SpdDocument.h"
 #include "card/SpdParseError.h"
 #include "fuzz/Fuzzing.h"
+#include "fuzz/NaiveDocument.h"
 
 namespace tamboro::fuzz {
 namespace {

@@ -1,4 +1,4 @@
-#include "card/NaiveDocument.h"
+#include "fuzz/NaiveDocument.h"
 
 #include <algorithm>
 #include <utility>
