@@ -209,7 +209,8 @@ void ContentView::startSave(RolandLibrary::ChangedFiles changed) {
 QString ContentView::leftoversText() const {
   const Leftovers& left = store_.leftovers();
   return QStringLiteral("Saves that were cut off have left %1 on this card (%2).")
-      .arg(countText(left.count, QStringLiteral("item")), locale().formattedDataSize(static_cast<qint64>(left.bytes)));
+      .arg(countText(left.count, QStringLiteral("item")),
+           locale().formattedDataSize(static_cast<qint64>(left.bytes), 1, QLocale::DataSizeSIFormat));
 }
 
 void ContentView::tellOfFailedSave(const std::exception_ptr& error) {
