@@ -27,10 +27,24 @@ std::string nameForFat(std::string name) {
   return name;
 }
 
+/// At most so many bytes of UTF-8, and no character cut in two.
+std::string beginning(std::string text, std::size_t size) {
+  if (text.size() <= size) return text;
+  while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80)
+    --size;
+  text.resize(size);
+  return text;
+}
+
+/// No longer than a file system takes: what is too much goes from the stem's end, and only then from the extension's.
 std::string numbered(const Path& stem, int counter, const Path& extension) {
+  constexpr std::size_t longestName = 255;
+  constexpr std::size_t leastStem = 4;
   char number[16];
   std::snprintf(number, sizeof number, "_%02d", counter);
-  return stem.native() + number + extension.native();
+  std::string end(number);
+  end += beginning(extension.native(), longestName - leastStem - end.size());
+  return beginning(stem.native(), longestName - end.size()) + end;
 }
 
 }  // namespace

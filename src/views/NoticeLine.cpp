@@ -30,7 +30,7 @@ class WrappedText : public QLabel {
     setFont(Look::font(style));
     setForegroundRole(role);
     setWordWrap(true);
-    QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
   }
@@ -43,6 +43,7 @@ class WrappedText : public QLabel {
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     layOut(width(), &painter);
   }
   void resizeEvent(QResizeEvent* event) override {
@@ -67,6 +68,7 @@ class WrappedText : public QLabel {
 
   int layOutParagraph(const QString& paragraph, int above, int width, QPainter* painter) const {
     QTextOption option(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute);
+    option.setTextDirection(Qt::LayoutDirectionAuto);  // the text's own, in a mirrored layout too
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     QTextLayout layout(paragraph, font());
     layout.setTextOption(option);
@@ -154,11 +156,12 @@ NoticeLine::NoticeLine(const QString& objectName, const Notice& notice, QWidget*
 QLayout* NoticeLine::makeTexts(const Notice& notice) {
   auto* texts = new QVBoxLayout;
   texts->setSpacing(2);
+  texts->addStretch();
   texts->addWidget(new WrappedText(QStringLiteral("noticeText"), notice.text, TextStyle::body, textRole::primary));
   if (!notice.detail.isEmpty())
     texts->addWidget(
         new WrappedText(QStringLiteral("noticeDetail"), notice.detail, TextStyle::caption, textRole::secondary));
-  texts->setAlignment(Qt::AlignVCenter);
+  texts->addStretch();
   return texts;
 }
 

@@ -109,10 +109,18 @@ TEST_F(Samples, AFullCardRefusesAnImport) {
 }
 
 TEST_F(Samples, AudioNamesAreFreeInTheStoreAndOnTheCardAndFitOnFat) {
+  const auto accents = [](int count) {
+    std::string text;
+    while (count-- > 0)
+      text += "\xC3\xA9";
+    return text;
+  };
   const struct {
-    const char* source;
-    const char* stored;
+    std::string source;
+    std::string stored;
   } cases[] = {
+      {"x" + accents(125) + ".wav", "x" + accents(125) + ".wav"},     // 255 bytes, and no name is longer
+      {"x" + accents(125) + ".wav", "x" + accents(123) + "_01.wav"},  // half a character would be none
       {"hat.wav", "hat.wav"},
       {"hat.wav", "hat_01.wav"},
       {"hat.wav", "hat_02.wav"},
