@@ -1,5 +1,7 @@
 #include "library/LibraryError.h"
 
+#include "card/SpdParseError.h"
+
 namespace tamboro {
 
 const char* LibraryError::what() const noexcept {
@@ -19,6 +21,8 @@ QString errorText(const std::exception_ptr& error) {
   if (!error) return {};
   try {
     std::rethrow_exception(error);
+  } catch (const SpdParseError& failure) {
+    return QString::fromStdString(failure.text());
   } catch (const std::exception& failure) {
     return QString::fromUtf8(failure.what());
   }
