@@ -7,10 +7,9 @@
 #include "library/RolandLibrary.h"
 #include "views/controls/Prompts.h"
 
-class QMenu;
-
 namespace tamboro {
 
+class ContextMenu;
 class SamplePlayer;
 
 /// One pad of the grid: shows its sound and note, selects on a click, plays on a double click, takes a dropped sample.
@@ -64,7 +63,7 @@ class PadCell : public QAbstractButton {
   const Wave* sound() const;
   void play();
   void askReset();
-  void addExchangeMenu(QMenu& menu);
+  void addExchangeMenu(ContextMenu& menu);
   void setDropTarget(bool on);
   const QStringList& nameLines(int width) const;
   QColor fill() const;
