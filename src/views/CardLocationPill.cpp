@@ -1,6 +1,7 @@
 #include "views/CardLocationPill.h"
 
 #include "library/RolandLibrary.h"
+#include "views/controls/CardText.h"
 #include "views/controls/QueuedRefresh.h"
 
 namespace tamboro {
@@ -15,7 +16,7 @@ CardLocationPill::CardLocationPill(RolandLibrary& store, QWidget* parent)
 
 void CardLocationPill::refresh() {
   const QString path = store_.rootPath().value_or(QStringLiteral("Not loaded"));
-  const QString failure = store_.lastError().value_or(QString());
+  const QString failure = visibleText(store_.lastError().value_or(QString()));
   setText(path);
   setToolTip(failure.isEmpty() ? path : path + QLatin1Char('\n') + failure);
   setAccessibleDescription(failure.isEmpty() ? QStringLiteral("Card location")

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "library/RolandLibrary.h"
+#include "views/controls/CardText.h"
 #include "views/controls/Labels.h"
 #include "views/controls/QueuedRefresh.h"
 #include "views/controls/Surface.h"
@@ -55,7 +56,7 @@ WelcomeView::WelcomeView(RolandLibrary& store, QWidget* parent)
 }
 
 void WelcomeView::refresh() {
-  setWrappedText(*error_, store_.lastError().value_or(QString()), Look::px(360));
+  setWrappedText(*error_, visibleText(store_.lastError().value_or(QString())), Look::px(360));
   error_->setVisible(store_.lastError().has_value());
 }
 
