@@ -19,6 +19,7 @@
 #include "views/TagListEditorView.h"
 #include "views/WaveBrowserView.h"
 #include "views/WelcomeView.h"
+#include "views/controls/Accessible.h"
 #include "views/controls/EmptyStatePanel.h"
 #include "views/controls/Labels.h"
 #include "views/controls/QueuedRefresh.h"
@@ -66,6 +67,7 @@ const QString ContentView::lastKitSlotKey = QStringLiteral("ContentView.lastSele
 ContentView::ContentView(RolandLibrary& store, SamplePlayer& player, const FileSystem& files, Defaults& defaults,
                          Prompts& prompts, QWidget* parent)
     : QWidget(parent), store_(store), player_(player), defaults_(defaults), prompts_(prompts) {
+  installAccessible();
   setObjectName(QStringLiteral("contentView"));
   pages_ = new QStackedLayout(this);
   pages_->addWidget(welcome_ = new WelcomeView(store));

@@ -35,6 +35,7 @@ class WaveBrowserView : public QWidget {
   QWidget* makeFilterBar();
   QWidget* makeList();
   QWidget* makeStrip();
+  static QVariant detailValue(int role);
   QVariant value(const RowKey& row, int column, int role) const;
 
   void refresh();
