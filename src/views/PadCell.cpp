@@ -56,6 +56,7 @@ PadCell::PadCell(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, i
     : QAbstractButton(parent), store_(store), player_(player), prompts_(prompts), padIndex_(padIndex) {
   [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
   setObjectName(QStringLiteral("pad%1").arg(padIndex));
+  nameForTools();
   setCheckable(true);
   setAttribute(Qt::WA_Hover);
   setAcceptDrops(true);
@@ -65,6 +66,11 @@ PadCell::PadCell(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, i
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
   connect(this, &QAbstractButton::clicked, this, &PadCell::select);
+}
+
+void PadCell::nameForTools() {
+  setAccessibleName(fromUtf8(padLabel(padIndex_)) + QStringLiteral(", ") +
+                    soundName_.value_or(QStringLiteral("no sound")));
 }
 
 QString PadCell::label() const {
@@ -87,8 +93,7 @@ void PadCell::refresh() {
     soundName_ = name;
     note_ = note;
     brokenAt_ = -1;
-    setAccessibleName(fromUtf8(padLabel(padIndex_)) + QStringLiteral(", ") +
-                      soundName_.value_or(QStringLiteral("no sound")));
+    nameForTools();
     setAccessibleDescription(note_);
     updateGeometry();
     update();

@@ -61,6 +61,7 @@ class PadCell : public QAbstractButton {
 
  private:
   const Wave* sound() const;
+  void nameForTools();
   void play();
   void askReset();
   void addExchangeMenu(ContextMenu& menu);

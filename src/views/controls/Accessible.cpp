@@ -119,7 +119,9 @@ class PlainListAccessible : public QAccessibleWidget {
   }
   QString text(QAccessible::Text kind) const override {
     const QString own = QAccessibleWidget::text(kind);
-    return own.isEmpty() && kind == QAccessible::Name && picker() ? picker()->accessibleName() : own;
+    if (!own.isEmpty() || kind != QAccessible::Name) return own;
+    const QString pickers = picker() ? picker()->accessibleName() : QString();
+    return pickers.isEmpty() ? QStringLiteral("Choices") : pickers;
   }
   int childCount() const override { return list_.model() ? list_.model()->rowCount(list_.rootIndex()) : 0; }
   QAccessibleInterface* child(int place) const override {

@@ -1,5 +1,6 @@
 #include "views/look/LookStyle.h"
 
+#include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
@@ -259,6 +260,13 @@ QRect LookStyle::subElementRect(SubElement element, const QStyleOption* option, 
   }
 }
 
+/// An open row has its mark, which the closed picker hasn't: wide enough for the longest.
+QRect LookStyle::comboBoxPopup(const QRect& shape, const QWidget* widget) {
+  const auto* box = qobject_cast<const QComboBox*>(widget);
+  const int rows = box ? box->view()->sizeHintForColumn(box->modelColumn()) + 2 : 0;
+  return {shape.topLeft(), QSize(std::max(shape.width(), rows), shape.height())};
+}
+
 QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
                                 const QWidget* widget) const {
   if (control == CC_Slider)
@@ -276,7 +284,7 @@ QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComple
       case SC_ComboBoxEditField:
         return visualRect(option->direction, inside, inside.adjusted(Look::px(11), 0, -arrow, 0));
       case SC_ComboBoxListBoxPopup:
-        return inside;
+        return visualRect(option->direction, inside, comboBoxPopup(inside, widget));
       default:
         break;
     }
