@@ -1,6 +1,7 @@
 """Rename, volume and save through the accessibility interface alone: neither mouse nor keyboard, as a screen reader's
 user does it. Then a walk through every screen: nothing there is without a name or of an unknown role."""
 
+import pyatspi  # the display is there when a journey is loaded
 from card import differences, kit, name_leaves, patched, read_tree, with_lists
 from screen import Failure, Window, is_showing, keys, press, wait_for
 
@@ -36,25 +37,36 @@ def row_of_menu_bar(thing, name):
 
 def in_sheet(window, title, close=None):
     """Walks through a sheet that has been asked for and closes it."""
-    sheet = window.named("dialog", title)
+
+    def opened():
+        return next((sheet for sheet in window.windows() if sheet.name == title and is_showing(sheet)), None)
+
+    sheet = wait_for(f"the sheet {title}", opened)
     yield from unspoken(sheet)
     if close:
         press(window.within(sheet, "push button", close))
     else:
+        wait_for(f"{title} in front", lambda: sheet.getState().contains(pyatspi.STATE_ACTIVE))
         keys("alt+F4")
-    wait_for(f"{title} to close", lambda: not window.find("dialog", title))
+    wait_for(f"{title} to close", lambda: not opened())
 
 
 def in_menu(window, thing, title, action="ShowMenu", entry=None):
     """Walks through a thing's menu and chooses from it, or leaves it."""
+
+    def opened():
+        return next((part for part in window.window() if part.getRoleName() == "popup menu"), None)
+
     press(thing, action)
-    menu = window.starting("popup menu", title)
+    menu = wait_for(f"the menu {title}", opened)
+    if not menu.name.startswith(title):
+        yield f"the menu {title} is called {menu.name}"
     yield from unspoken(menu)
     if entry:
         press(window.within(menu, "menu item", entry))
     else:
         keys("Escape")
-    wait_for("the menu to close", lambda: not window.showing(lambda shown: shown.getRoleName() == "popup menu"))
+    wait_for("the menu to close", lambda: not opened())
 
 
 def everywhere(window):
