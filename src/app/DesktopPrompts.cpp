@@ -1,7 +1,10 @@
 #include "app/DesktopPrompts.h"
 
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
+#include <QLabel>
+#include <QSplitter>
 #include <QStandardPaths>
 
 #include "views/controls/AlertSheet.h"
@@ -10,11 +13,23 @@ namespace tamboro {
 
 namespace {
 
+/// The toolkit leaves the parts that hold others without names.
+void nameForTools(QFileDialog& panel) {
+  panel.setSizeGripEnabled(false);  // it has no role that tools know
+  for (auto* part : panel.findChildren<QWidget*>()) {
+    const bool isHolder =
+        qobject_cast<QFrame*>(part) || qobject_cast<QSplitterHandle*>(part) || qobject_cast<QDialogButtonBox*>(part);
+    if (isHolder && part->accessibleName().isEmpty() && !qobject_cast<QLabel*>(part))
+      part->setAccessibleName(panel.windowTitle());
+  }
+}
+
 QFileDialog* makePanel(QWidget* parent, const QString& objectName, const QString& title, const QString& start) {
   auto* panel = new QFileDialog(parent, title, start);
   panel->setObjectName(objectName);
   panel->setAttribute(Qt::WA_DeleteOnClose);
   panel->setWindowModality(Qt::WindowModal);
+  nameForTools(*panel);
   return panel;
 }
 

@@ -37,8 +37,14 @@ QAction* MenuBar::addRow(QMenu* menu, const QString& objectName, const QString& 
   return row;
 }
 
+QMenu* MenuBar::addNamedMenu(const QString& title) {
+  QMenu* menu = addMenu(QLatin1Char('&') + title);
+  menu->setAccessibleName(title);
+  return menu;
+}
+
 void MenuBar::addFileMenu() {
-  QMenu* file = addMenu(QStringLiteral("&File"));
+  QMenu* file = addNamedMenu(QStringLiteral("File"));
   QAction* newKit = addRow(file, QStringLiteral("newKit"), QStringLiteral("New Kit"), Qt::CTRL | Qt::Key_N);
   newKit->setAutoRepeat(false);  // a key held down would fill the card, and new kits can't be undone
   connect(newKit, &QAction::triggered, this, [this] { store_.createBlankKit(); });
@@ -56,7 +62,7 @@ void MenuBar::addFileMenu() {
 }
 
 void MenuBar::addEditMenu() {
-  QMenu* edit = addMenu(QStringLiteral("&Edit"));
+  QMenu* edit = addNamedMenu(QStringLiteral("Edit"));
   undo_ = addRow(edit, QStringLiteral("undo"), QStringLiteral("Undo"), Qt::CTRL | Qt::Key_Z);
   redo_ = addRow(edit, QStringLiteral("redo"), QStringLiteral("Redo"), Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
   connect(undo_, &QAction::triggered, this, [this] { store_.undoManager().undo(); });
@@ -74,7 +80,7 @@ void MenuBar::addEditMenu() {
 }
 
 void MenuBar::addKitMenu() {
-  QMenu* kit = addMenu(QStringLiteral("&Kit"));
+  QMenu* kit = addNamedMenu(QStringLiteral("Kit"));
   for (int number = 1; number <= 9; ++number) {
     QAction* row = addRow(kit, QStringLiteral("goToKit%1").arg(number), QStringLiteral("Go to Kit %1").arg(number),
                           QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + number)));
@@ -84,17 +90,17 @@ void MenuBar::addKitMenu() {
 }
 
 void MenuBar::addHelpMenu() {
-  QMenu* help = addMenu(QStringLiteral("&Help"));
+  QMenu* help = addNamedMenu(QStringLiteral("Help"));
   QAction* shortcuts =
       addRow(help, QStringLiteral("keyboardShortcuts"), QStringLiteral("Keyboard Shortcuts"), Qt::CTRL | Qt::Key_Slash);
   shortcuts->setShortcuts({shortcuts->shortcut(), Qt::Key_F1});
   connect(shortcuts, &QAction::triggered, this, [this] { store_.setShowingShortcutsHelp(true); });
-  QAction* updates = addRow(help, QStringLiteral("checkForUpdates"), QStringLiteral("Check for Updates…"));
-  updates->setMenuRole(QAction::ApplicationSpecificRole);
-  connect(updates, &QAction::triggered, this, &MenuBar::checkForUpdatesRequested);
   QAction* about = addRow(help, QStringLiteral("about"), QStringLiteral("About Tamboro"));
   about->setMenuRole(QAction::AboutRole);
   connect(about, &QAction::triggered, this, &MenuBar::aboutRequested);
+  QAction* updates = addRow(help, QStringLiteral("checkForUpdates"), QStringLiteral("Check for Updates…"));
+  updates->setMenuRole(QAction::ApplicationSpecificRole);
+  connect(updates, &QAction::triggered, this, &MenuBar::checkForUpdatesRequested);
 }
 
 void MenuBar::follow() {

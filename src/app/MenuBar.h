@@ -25,6 +25,7 @@ class MenuBar : public QMenuBar {
 
  private:
   QAction* addRow(QMenu* menu, const QString& objectName, const QString& title, const QKeySequence& key = {});
+  QMenu* addNamedMenu(const QString& title);
   void addFileMenu();
   void addEditMenu();
   void addKitMenu();

@@ -9,9 +9,20 @@ namespace {
 
 constexpr int longestText = 120;
 
+/// Letters of no shape of their own, which can turn the text around or hide a part of it. Joiners shape their
+/// neighbours.
+bool isCommand(QChar c) {
+  const bool isJoiner = c == QChar(0x200C) || c == QChar(0x200D);
+  return c.category() == QChar::Other_Control || (c.category() == QChar::Other_Format && !isJoiner);
+}
+
 /// What a stranger's feed may put into an alert.
 QString shownText(const QString& text) {
-  return text.simplified().left(longestText);
+  QString shown = text.simplified();
+  shown.removeIf(isCommand);
+  shown.truncate(longestText);
+  if (!shown.isEmpty() && shown.back().isHighSurrogate()) shown.chop(1);
+  return shown;
 }
 
 /// Compares run by run, digits as numbers and without separators: "beta.9" before "beta10".

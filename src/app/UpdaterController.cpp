@@ -1,6 +1,9 @@
 #include "app/UpdaterController.h"
 
 #include <QApplication>
+#include <QTimer>
+
+#include "app/CheckingSheet.h"
 
 namespace tamboro {
 
@@ -8,6 +11,8 @@ namespace {
 
 constexpr qint64 day = 24 * 60 * 60;
 constexpr double hour = 60 * 60;
+/// A check that is answered sooner shows its answer only.
+constexpr std::chrono::milliseconds untilShown{400};
 
 QString textOf(const FeedFailure& failure) {
   switch (failure.kind) {
@@ -47,6 +52,7 @@ void UpdaterController::checkForUpdates() {
   }
   isByHand_ = true;  // a quiet check under way answers the hand
   check();
+  QTimer::singleShot(untilShown, this, &UpdaterController::showChecking);
 }
 
 void UpdaterController::checkIfDue() {
@@ -65,9 +71,18 @@ void UpdaterController::check() {
   });
 }
 
+/// Who gives up waiting is told nothing, unless there is news.
+void UpdaterController::showChecking() {
+  if (!isByHand_ || checking_ || QApplication::activeModalWidget()) return;
+  checking_ = new CheckingSheet(window_);
+  connect(checking_, &QDialog::rejected, this, [this] { isByHand_ = false; });
+  checking_->open();
+}
+
 void UpdaterController::finish(const FeedAnswer& answer) {
   isChecking_ = false;
   const bool isByHand = std::exchange(isByHand_, false);
+  if (checking_) checking_->accept();
   const auto feed = answer.failure ? std::nullopt : parseUpdateFeed(answer.bytes);
   const auto own = ReleaseVersion::read(services_.version);
   if (feed && feed->newest && (!own || feed->newest->version > *own)) {

@@ -15,6 +15,8 @@
 
 namespace tamboro {
 
+class CheckingSheet;
+
 /// What the update check needs; all outlive it.
 struct UpdaterServices {
   Prompts& prompts;
@@ -47,6 +49,7 @@ class UpdaterController : public QObject {
   void checkIfDue();
   void check();
   void finish(const FeedAnswer& answer);
+  void showChecking();
   void tellNews(const UpdateItem& item, bool isByHand);
   void tell(const QString& title, const QString& text);
 
@@ -55,6 +58,7 @@ class UpdaterController : public QObject {
   std::unique_ptr<RepeatingTimer> timer_;
   bool isChecking_ = false;
   bool isByHand_ = false;
+  QPointer<CheckingSheet> checking_;
 };
 
 }  // namespace tamboro

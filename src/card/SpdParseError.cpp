@@ -5,7 +5,7 @@
 namespace tamboro {
 
 SpdParseError::SpdParseError(Kind kind, std::string_view expected, std::size_t offset, const std::string& message)
-    : std::runtime_error(message), kind_(kind), expected_(expected), offset_(offset) {}
+    : std::runtime_error(message), kind_(kind), text_(message), expected_(expected), offset_(offset) {}
 
 SpdParseError SpdParseError::unexpectedByte(std::string_view expected, std::size_t at) {
   return {Kind::unexpectedByte, expected, at,

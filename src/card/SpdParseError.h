@@ -7,7 +7,7 @@
 
 namespace tamboro {
 
-/// Why a file's bytes are no document. `what()` is the text that the user sees.
+/// Why a file's bytes are no document. `text()` is what the user sees.
 class SpdParseError : public std::runtime_error {
  public:
   enum class Kind { unexpectedByte, unterminated, empty, tooDeep };
@@ -22,6 +22,8 @@ class SpdParseError : public std::runtime_error {
   static SpdParseError tooDeep(std::size_t at);
 
   Kind kind() const noexcept { return kind_; }
+  /// The whole of it: `what()` ends at a NUL, which an element's name can hold.
+  const std::string& text() const noexcept { return text_; }
   /// The text that was looked for, UTF-8; nothing for `empty` and `tooDeep`.
   const std::string& expected() const noexcept { return expected_; }
   /// In bytes from the start of the file; 0 for `empty`.
@@ -31,6 +33,7 @@ class SpdParseError : public std::runtime_error {
   SpdParseError(Kind kind, std::string_view expected, std::size_t offset, const std::string& message);
 
   Kind kind_;
+  std::string text_;
   std::string expected_;
   std::size_t offset_;
 };

@@ -1,5 +1,6 @@
 #include "library/LibraryError.h"
 
+#include "card/SpdParseError.h"
 #include "library/CardCheck.h"
 
 namespace tamboro {
@@ -56,6 +57,8 @@ QString errorText(const std::exception_ptr& error) {
     std::rethrow_exception(error);
   } catch (const FileError& failure) {
     return adviceOn(failure) + QString::fromUtf8(failure.what());
+  } catch (const SpdParseError& failure) {
+    return QString::fromStdString(failure.text());
   } catch (const std::exception& failure) {
     return QString::fromUtf8(failure.what());
   }

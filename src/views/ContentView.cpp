@@ -21,6 +21,7 @@
 #include "views/TagListEditorView.h"
 #include "views/WaveBrowserView.h"
 #include "views/WelcomeView.h"
+#include "views/controls/Accessible.h"
 #include "views/controls/EmptyStatePanel.h"
 #include "views/controls/Labels.h"
 #include "views/controls/QueuedRefresh.h"
@@ -68,6 +69,7 @@ const QString ContentView::lastKitSlotKey = QStringLiteral("ContentView.lastSele
 ContentView::ContentView(RolandLibrary& store, SamplePlayer& player, const FileSystem& files, Defaults& defaults,
                          Prompts& prompts, QWidget* parent)
     : QWidget(parent), store_(store), player_(player), files_(files), defaults_(defaults), prompts_(prompts) {
+  installAccessible();
   setObjectName(QStringLiteral("contentView"));
   // Before the sample list, which answers for drops on it.
   new FolderDrop(*this, files, [this](const Path& folder) { store_.openDroppedFolder(folder); });

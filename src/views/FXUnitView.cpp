@@ -51,8 +51,7 @@ class FXUnitView::Badge : public QLabel {
     if (hasPlate) paintBox(painter, rect(), badgeRadius, look.plate());
     painter.setPen(isOn_ ? paletteRed : look.secondary);
     const auto side = hasPlate ? Qt::AlignHCenter : Qt::AlignLeft;
-    painter.drawText(rect(), static_cast<int>(QStyle::visualAlignment(layoutDirection(), side | Qt::AlignVCenter)),
-                     text());
+    paintText(painter, layoutDirection(), rect(), side | Qt::AlignVCenter, text());
   }
 
  private:

@@ -7,6 +7,7 @@
 #include "views/KitEffectsView.h"
 #include "views/PadDetailView.h"
 #include "views/PadGridView.h"
+#include "views/controls/CardText.h"
 #include "views/controls/EditField.h"
 #include "views/controls/QueuedRefresh.h"
 #include "views/controls/Surface.h"
@@ -89,7 +90,7 @@ QWidget* KitEditorView::makeHeader() {
   const auto kitText = [this](std::string (Kit::*read)() const) {
     return [this, read] {
       const Kit* kit = kitSlot_ ? store_.kit(*kitSlot_) : nullptr;
-      return kit ? QString::fromStdString((kit->*read)()) : QString();
+      return kit ? cardText((kit->*read)()) : QString();
     };
   };
   name_ = new EditField(QStringLiteral("kitName"), QStringLiteral("Kit Name"),
@@ -168,7 +169,7 @@ void KitEditorView::setKit(std::optional<Slot> slot) {
 
 void KitEditorView::refresh() {
   const Kit* kit = kitSlot_ ? store_.kit(*kitSlot_) : nullptr;
-  setAccessibleName(kit ? QString::fromStdString(kit->name()) : QStringLiteral("Kit"));
+  setAccessibleName(kit ? visibleText(cardText(kit->name())) : QStringLiteral("Kit"));
   scroll_->setAccessibleName(accessibleName());
   sections_->setVisible(kit != nullptr);
   if (!kit) return;

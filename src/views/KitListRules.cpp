@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "views/controls/CardText.h"
+
 namespace tamboro {
 
 std::vector<KitRowValues> kitRowValues(const std::vector<Kit>& kits, const std::vector<KitRowValues>& old,
@@ -17,8 +19,8 @@ std::vector<KitRowValues> kitRowValues(const std::vector<Kit>& kits, const std::
       const std::string subName = kit.subName();
       values.push_back({.slot = kit.slot,
                         .node = kit.node,
-                        .name = QString::fromStdString(name),
-                        .subName = QString::fromStdString(subName),
+                        .name = visibleText(cardText(name)),
+                        .subName = visibleText(cardText(subName)),
                         .foldedName = searchFold(name, dottedI),
                         .foldedSubName = searchFold(subName, dottedI)});
     }
@@ -36,7 +38,7 @@ QString kitDisplayName(const QString& name) {
 }
 
 QString kitChoiceText(Slot slot, const QString& name) {
-  return kitSlotText(slot) + QStringLiteral(" – ") + kitDisplayName(name);
+  return kitSlotText(slot) + QStringLiteral(" – ") + quotedText(kitDisplayName(name));
 }
 
 QString kitSpokenText(const KitRowValues& kit) {
@@ -47,7 +49,7 @@ QString kitSpokenText(const KitRowValues& kit) {
 }
 
 QString kitDeleteTitle(const QString& name) {
-  return QStringLiteral("Delete kit \"") + kitDisplayName(name) + QStringLiteral("\"?");
+  return QStringLiteral("Delete kit \"") + quotedText(kitDisplayName(name)) + QStringLiteral("\"?");
 }
 
 QString kitExportFolderName(Slot slot, const QString& name) {

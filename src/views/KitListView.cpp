@@ -9,6 +9,7 @@
 #include "library/RolandLibrary.h"
 #include "views/KitRowDelegate.h"
 #include "views/NewKitSheet.h"
+#include "views/controls/CardText.h"
 #include "views/controls/ContextMenu.h"
 #include "views/controls/QueuedRefresh.h"
 #include "views/controls/RowList.h"
@@ -198,7 +199,7 @@ void KitListView::rename(const RowKey& row) {
                    {.objectName = QStringLiteral("kitNameField"),
                     .accessibleName = QStringLiteral("Kit name"),
                     .placeholder = QStringLiteral("Kit Name"),
-                    .text = QString::fromStdString(kit->name())},
+                    .text = cardText(kit->name())},
                    [this, row](const QString& name) { store_.setKitName(row.record, name.toStdString()); });
 }
 
@@ -215,7 +216,7 @@ void KitListView::setShowingNewKitSheet() {
 void KitListView::confirmDelete(Slot slot) {
   const Kit* kit = store_.kit(slot);
   if (!kit) return;
-  const Alert question{.title = kitDeleteTitle(QString::fromStdString(kit->name())),
+  const Alert question{.title = kitDeleteTitle(cardText(kit->name())),
                        .text = QStringLiteral("This can't be undone until you save to SPD-SX."),
                        .buttons = {{QStringLiteral("Delete"), AlertButton::Role::destructive},
                                    {QStringLiteral("Cancel"), AlertButton::Role::cancel}}};
@@ -241,7 +242,7 @@ void KitListView::chooseExportFolder(Slot slot) {
 void KitListView::exportKit(Slot slot, const std::filesystem::path& folder) {
   const Kit* kit = store_.kit(slot);
   if (!kit) return;
-  const QString name = kitExportFolderName(slot, QString::fromStdString(kit->name()));
+  const QString name = kitExportFolderName(slot, cardText(kit->name()));
   store_.exportKit(slot, folder / QFile::encodeName(name).toStdString(),
                    [this, alive = QPointer<KitListView>(this)](const std::exception_ptr& error) {
                      if (alive && error)

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "views/KitListRules.h"
+#include "views/controls/CardText.h"
 #include "views/controls/Labels.h"
 #include "views/look/LookStyle.h"
 
@@ -19,8 +20,7 @@ NewKitSheet::NewKitSheet(RolandLibrary& store, std::function<void(Slot)> onCreat
   basedOn_->setAccessibleName(QStringLiteral("Based On"));
   basedOn_->addItem(QStringLiteral("Blank Kit"));
   for (const Kit& kit : store.kits())
-    basedOn_->addItem(kitChoiceText(kit.slot, QString::fromStdString(kit.name())),
-                      QVariant::fromValue<qlonglong>(kit.slot));
+    basedOn_->addItem(kitChoiceText(kit.slot, cardText(kit.name())), QVariant::fromValue<qlonglong>(kit.slot));
   basedOn_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   auto* label = makeLabel(QStringLiteral("basedOnLabel"), QStringLiteral("Based On"), TextStyle::body);
   label->setBuddy(basedOn_);

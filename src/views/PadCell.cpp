@@ -1,5 +1,6 @@
 #include "views/PadCell.h"
 
+#include <QAccessibleWidget>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMimeData>
@@ -8,6 +9,7 @@
 #include "model/Note.h"
 #include "model/PadLayout.h"
 #include "views/PadGridMoves.h"
+#include "views/controls/CardText.h"
 
 namespace tamboro {
 
@@ -17,11 +19,44 @@ QString fromUtf8(const std::string& text) {
   return QString::fromStdString(text);
 }
 
+/// The grid has the keyboard for its pads, so that the toolkit would never call one of the main pads focused.
+class PadAccessible : public QAccessibleWidget {
+ public:
+  explicit PadAccessible(PadCell& pad) : QAccessibleWidget(&pad, QAccessible::CheckBox), pad_(pad) {}
+
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.checkable = true;
+    state.checked = pad_.isSelected();
+    state.pressed = pad_.isDown();
+    state.focusable = true;
+    if (pad_.isSelected() && pad_.parentWidget()->hasFocus()) state.focused = true;
+    return state;
+  }
+  QStringList actionNames() const override {
+    return {pressAction(), toggleAction(), showMenuAction(), setFocusAction()};
+  }
+  void doAction(const QString& name) override {
+    if (name == showMenuAction()) return pad_.openMenu(pad_.mapToGlobal(pad_.rect().center()));
+    if (name == pressAction() || name == toggleAction() || name == setFocusAction()) pad_.select();
+  }
+
+ private:
+  PadCell& pad_;
+};
+
+QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
+  auto* pad = qobject_cast<PadCell*>(object);
+  return pad && className == QLatin1String(PadCell::staticMetaObject.className()) ? new PadAccessible(*pad) : nullptr;
+}
+
 }  // namespace
 
 PadCell::PadCell(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, int padIndex, QWidget* parent)
     : QAbstractButton(parent), store_(store), player_(player), prompts_(prompts), padIndex_(padIndex) {
+  [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
   setObjectName(QStringLiteral("pad%1").arg(padIndex));
+  nameForTools();
   setCheckable(true);
   setAttribute(Qt::WA_Hover);
   setAcceptDrops(true);
@@ -31,10 +66,11 @@ PadCell::PadCell(RolandLibrary& store, SamplePlayer& player, Prompts& prompts, i
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
   connect(this, &QAbstractButton::clicked, this, &PadCell::select);
-  // Assistive tools can check a button without pressing it.
-  connect(this, &QAbstractButton::toggled, this, [this](bool on) {
-    if (on && store_.selectedPadIndex() != padIndex_) select();
-  });
+}
+
+void PadCell::nameForTools() {
+  setAccessibleName(fromUtf8(padLabel(padIndex_)) + QStringLiteral(", ") +
+                    soundName_.value_or(QStringLiteral("no sound")));
 }
 
 QString PadCell::label() const {
@@ -51,14 +87,13 @@ void PadCell::refresh() {
   const Kit* kit = store_.kit(kitSlot_);
   const auto pad = kit ? kit->pad(padIndex_) : std::nullopt;
   const Wave* wave = sound();
-  const std::optional<QString> name = wave ? std::optional(fromUtf8(wave->name())) : std::nullopt;
+  const std::optional<QString> name = wave ? std::optional(visibleText(cardText(wave->name()))) : std::nullopt;
   const QString note = pad ? QStringLiteral("[%1] ").arg(pad->wave()) + fromUtf8(noteName(pad->note())) : QString();
   if (name != soundName_ || note != note_) {
     soundName_ = name;
     note_ = note;
     brokenAt_ = -1;
-    setAccessibleName(fromUtf8(padLabel(padIndex_)) + QStringLiteral(", ") +
-                      soundName_.value_or(QStringLiteral("no sound")));
+    nameForTools();
     setAccessibleDescription(note_);
     updateGeometry();
     update();

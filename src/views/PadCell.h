@@ -7,10 +7,9 @@
 #include "library/RolandLibrary.h"
 #include "views/controls/Prompts.h"
 
-class QMenu;
-
 namespace tamboro {
 
+class ContextMenu;
 class SamplePlayer;
 
 /// One pad of the grid: shows its sound and note, selects on a click, plays on a double click, takes a dropped sample.
@@ -62,9 +61,10 @@ class PadCell : public QAbstractButton {
 
  private:
   const Wave* sound() const;
+  void nameForTools();
   void play();
   void askReset();
-  void addExchangeMenu(QMenu& menu);
+  void addExchangeMenu(ContextMenu& menu);
   void setDropTarget(bool on);
   const QStringList& nameLines(int width) const;
   QColor fill() const;

@@ -25,10 +25,9 @@ void PadCell::openMenu(const QPoint& globalPosition) {
   menu->popup(globalPosition);
 }
 
-void PadCell::addExchangeMenu(QMenu& menu) {
-  QMenu* exchange = menu.addMenu(QStringLiteral("Exchange With"));
-  exchange->setObjectName(QStringLiteral("exchangeMenu"));
-  exchange->menuAction()->setToolTip(QStringLiteral("Swap all settings (including the sound) with another pad"));
+void PadCell::addExchangeMenu(ContextMenu& menu) {
+  QMenu* exchange = menu.addSubmenu("exchangeMenu", QStringLiteral("Exchange With"),
+                                    QStringLiteral("Swap all settings (including the sound) with another pad"));
   const Kit* kit = store_.kit(kitSlot_);
   const int count = std::min(kit ? kit->padCount() : 0, standardPadCount);
   for (int other = 0; other < count; ++other) {

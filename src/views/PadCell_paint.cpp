@@ -37,7 +37,7 @@ double drawLine(QPainter& painter, const QRectF& room, double top, const QString
   painter.setPen(colour);
   const QFontMetricsF metrics(painter.font());
   const QRectF line(room.x(), top, room.width(), lineHeight(style));
-  painter.drawText(line, Qt::AlignCenter | Qt::TextSingleLine, metrics.elidedText(text, Qt::ElideRight, room.width()));
+  paintText(painter, Qt::LeftToRight, line, Qt::AlignCenter, metrics.elidedText(text, Qt::ElideRight, room.width()));
   return line.bottom();
 }
 
@@ -79,7 +79,6 @@ void PadCell::paintEvent(QPaintEvent*) {
   const Look& look = Look::current();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setLayoutDirection(Qt::LayoutDirectionAuto);  // each text by itself: mirrored, "[-1]" would read "[1-]"
   const QRectF shape(rect());
   if (isSelected()) {
     paintBox(painter, shape, radius, fill(), paletteRed, 2.5);

@@ -9,6 +9,7 @@
 #include "model/Note.h"
 #include "model/Rounding.h"
 #include "views/SetAllPadSheet.h"
+#include "views/controls/CardText.h"
 #include "views/controls/DisclosureGroup.h"
 #include "views/controls/Labels.h"
 #include "views/controls/MenuPicker.h"
@@ -65,7 +66,7 @@ void setRole(QLabel& label, QPalette::ColorRole role) {
 }
 
 QString nameOf(const Wave& wave) {
-  return QString::fromStdString(wave.name());
+  return visibleText(cardText(wave.name()));
 }
 
 }  // namespace

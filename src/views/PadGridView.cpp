@@ -194,7 +194,8 @@ void PadGridView::contextMenuEvent(QContextMenuEvent* event) {
 
 void PadGridView::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
-  tellFocus();
+  // Behind the toolkit's own word, which is for the grid as a whole.
+  QMetaObject::invokeMethod(this, &PadGridView::tellFocus, Qt::QueuedConnection);
 }
 
 /// The focus itself stays here; assistive tools follow it to the selected pad.

@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 
+#include "views/controls/CardText.h"
 #include "views/look/Look.h"
 #include "views/look/LookPaint.h"
 #include "views/look/Symbols.h"
@@ -23,8 +24,6 @@ constexpr int endPadding = 5;
 int lineHeight() {
   return std::max(Look::px(24), QFontMetrics(Look::font(TextStyle::body)).height() + 4);
 }
-
-constexpr int textFlags = Qt::AlignVCenter | Qt::AlignAbsolute | Qt::TextSingleLine;
 
 }  // namespace
 
@@ -48,11 +47,11 @@ class RenamePreview::Model : public QAbstractListModel {
     const auto row = static_cast<std::size_t>(index.row());
     switch (role) {
       case oldName:
-        return QString::fromStdString(rows[row].oldName);
+        return visibleText(cardText(rows[row].oldName));
       case newName:
         return pattern.newName(row);
       case Qt::AccessibleTextRole:
-        return QStringLiteral("%1 becomes %2").arg(QString::fromStdString(rows[row].oldName), pattern.newName(row));
+        return QStringLiteral("%1 becomes %2").arg(visibleText(cardText(rows[row].oldName)), pattern.newName(row));
       default:
         return {};
     }
@@ -68,7 +67,7 @@ class RenamePreview::Delegate : public QStyledItemDelegate {
     const QFontMetrics metrics(Look::font(TextStyle::body));
     oldWidth_ = Look::px(104);
     for (const RenameRow& row : model_.rows)
-      oldWidth_ = std::max(oldWidth_, metrics.horizontalAdvance(QString::fromStdString(row.oldName)));
+      oldWidth_ = std::max(oldWidth_, metrics.horizontalAdvance(visibleText(cardText(row.oldName))));
   }
   void measureNewNames() {
     if (model_.rows.empty()) return;
@@ -83,18 +82,20 @@ class RenamePreview::Delegate : public QStyledItemDelegate {
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const Look& look = Look::current();
     const auto mirrored = [&](const QRect& place) { return QStyle::visualRect(option.direction, option.rect, place); };
-    const int side = static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignLeft)) | textFlags;
+    const auto paintName = [&](const QRect& room, int role) {
+      paintText(*painter, option.direction, mirrored(room), Qt::AlignLeft | Qt::AlignVCenter,
+                index.data(role).toString());
+    };
     const QRect line = option.rect.adjusted(Look::px(sidePadding), 0, -Look::px(sidePadding), 0);
     painter->save();
     QFont font = Look::font(TextStyle::body);
     painter->setFont(font);
     painter->setPen(look.primary);
-    painter->drawText(mirrored(line.adjusted(oldWidth_ + arrowRoom(), 0, 0, 0)), side, index.data(newName).toString());
+    paintName(line.adjusted(oldWidth_ + arrowRoom(), 0, 0, 0), newName);
     font.setStrikeOut(true);
     painter->setFont(font);
     painter->setPen(look.secondary);
-    painter->drawText(mirrored(QRect(line.x(), line.y(), oldWidth_, line.height())), side,
-                      index.data(oldName).toString());
+    paintName(QRect(line.x(), line.y(), oldWidth_, line.height()), oldName);
     const int arrow = Look::px(10);
     const QRect place(line.x() + oldWidth_ + Look::px(8), line.y() + (line.height() - arrow) / 2, arrow, arrow);
     paintSymbol(*painter, QStringLiteral("arrow.right"), mirrored(place), look.secondary);

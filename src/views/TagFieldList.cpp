@@ -1,11 +1,13 @@
 #include "views/TagFieldList.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
 #include <algorithm>
 
+#include "views/controls/CardText.h"
 #include "views/controls/EditField.h"
 #include "views/controls/Labels.h"
 #include "views/controls/QueuedRefresh.h"
@@ -22,9 +24,38 @@ constexpr int gap = 7;
 /// assistive tools read.
 constexpr int reach = 100;
 
+/// A list of fields, without what scrolls them.
+class TagListAccessible : public QAccessibleWidget {
+ public:
+  explicit TagListAccessible(TagFieldList& list) : QAccessibleWidget(&list, QAccessible::List), list_(list) {}
+
+  int childCount() const override { return static_cast<int>(list_.fields().size()); }
+  QAccessibleInterface* child(int place) const override {
+    return QAccessible::queryAccessibleInterface(list_.fields().value(place));
+  }
+  int indexOfChild(const QAccessibleInterface* child) const override {
+    return child ? static_cast<int>(list_.fields().indexOf(qobject_cast<QWidget*>(child->object()))) : -1;
+  }
+  QAccessibleInterface* focusChild() const override {
+    for (QWidget* field : list_.fields())
+      if (field->hasFocus()) return QAccessible::queryAccessibleInterface(field);
+    return nullptr;
+  }
+
+ private:
+  TagFieldList& list_;
+};
+
+QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
+  auto* list = qobject_cast<TagFieldList*>(object);
+  return list && className == QLatin1String(TagFieldList::staticMetaObject.className()) ? new TagListAccessible(*list)
+                                                                                        : nullptr;
+}
+
 }  // namespace
 
 TagFieldList::TagFieldList(RolandLibrary& store, QWidget* parent) : QAbstractScrollArea(parent), store_(store) {
+  [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
   setObjectName(QStringLiteral("tagList"));
   setAccessibleName(QStringLiteral("Tags"));
   setFrameShape(NoFrame);
@@ -70,7 +101,7 @@ QString TagFieldList::nameOf(int row) {
     tags_ = readList_ ? readList_->tags() : std::vector<Tag>();
   }
   const auto position = static_cast<std::size_t>(row);
-  return position < tags_.size() ? QString::fromStdString(tags_[position].name()) : QString();
+  return position < tags_.size() ? cardText(tags_[position].name()) : QString();
 }
 
 void TagFieldList::layOut() {
@@ -171,6 +202,13 @@ int TagFieldList::focusedRow() const {
   for (const auto& [row, field] : fields_)
     if (field->hasFocus()) return row;
   return -1;
+}
+
+QWidgetList TagFieldList::fields() const {
+  QWidgetList found;
+  for (const auto& [row, field] : fields_)
+    found << field;
+  return found;
 }
 
 void TagFieldList::reveal(int row) {

@@ -22,6 +22,8 @@ class TagFieldList : public QAbstractScrollArea {
 
   /// Scrolls to the row and gives its field the keyboard.
   void edit(int row, Qt::FocusReason reason = Qt::OtherFocusReason);
+  /// Those that exist, from the first row on.
+  QWidgetList fields() const;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -184,9 +184,15 @@ QWidget* WaveBrowserView::makeStrip() {
 
 // ---- what the rows show
 
+/// The row under a sample's: the controls that stand over it are read instead of its cells.
+QVariant WaveBrowserView::detailValue(int role) {
+  if (role == Qt::AccessibleTextRole) return QStringLiteral("Loop settings");
+  return role == rowRole::isEmpty ? QVariant(true) : QVariant();
+}
+
 QVariant WaveBrowserView::value(const RowKey& row, int column, int role) const {
   const WaveRowValues* wave = row.kind == RowKey::Kind::record ? waves_.find(row.record) : nullptr;
-  if (!wave) return {};
+  if (!wave) return detailValue(role);
   return WaveCell{.wave = *wave,
                   .column = column,
                   .tag = waveTagText(tagTitles_, wave->tag),

@@ -38,6 +38,7 @@ class WaveBrowserView : public QWidget {
   QWidget* makeFilterBar();
   QWidget* makeList();
   QWidget* makeStrip();
+  static QVariant detailValue(int role);
   QVariant value(const RowKey& row, int column, int role) const;
 
   void refresh();

@@ -12,6 +12,7 @@
 #include "views/WaveBrowserView.h"
 #include "views/WaveImports.h"
 #include "views/WaveRowDelegate.h"
+#include "views/controls/CardText.h"
 #include "views/controls/ContextMenu.h"
 #include "views/controls/Labels.h"
 #include "views/controls/RowList.h"
@@ -89,7 +90,7 @@ void WaveBrowserView::rename(const RowKey& row) {
                    {.objectName = QStringLiteral("waveNameField"),
                     .accessibleName = QStringLiteral("Name"),
                     .placeholder = QStringLiteral("Name"),
-                    .text = QString::fromStdString(wave->name())},
+                    .text = cardText(wave->name())},
                    [this, row](const QString& name) { store_.setWaveName(row.record, name.toStdString()); });
 }
 
@@ -98,7 +99,7 @@ void WaveBrowserView::rename(const RowKey& row) {
 void WaveBrowserView::openTagMenu(const RowKey& row) {
   const Wave* wave = store_.wave(row.record);
   if (!wave || tagTitles_.empty()) return;
-  auto* menu = new QMenu(this);
+  auto* menu = new QMenu(window());
   menu->setObjectName(QStringLiteral("waveTagMenu"));
   menu->setAccessibleName(QStringLiteral("Tag"));
   menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -161,7 +162,7 @@ void WaveBrowserView::confirmDelete(WaveId id) {
   const Wave* wave = store_.wave(id);
   if (!wave || wave->isFactory() || deleteCandidate_) return;
   deleteCandidate_ = id;
-  const Alert question{.title = waveDeleteTitle(QString::fromStdString(wave->name()), store_.waveUsages(id)),
+  const Alert question{.title = waveDeleteTitle(cardText(wave->name()), store_.waveUsages(id)),
                        .text = {},
                        .buttons = {{QStringLiteral("Delete Sound"), AlertButton::Role::destructive},
                                    {QStringLiteral("Cancel"), AlertButton::Role::cancel}}};

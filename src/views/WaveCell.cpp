@@ -20,6 +20,8 @@ QVariant WaveCell::value(int role) const {
       return static_cast<int>(isOpen ? Qt::Checked : Qt::Unchecked);
     case rowRole::isControl:
       return isControl();
+    case rowRole::isEmpty:
+      return !isShown();
     case rowRole::accessible:
       return accessibleRole();
     case waveRole::symbol:
@@ -80,8 +82,20 @@ QString WaveCell::help() const {
   }
 }
 
+/// Nothing is without a name, not even an empty slot.
+QString WaveCell::emptyText() const {
+  switch (column) {
+    case waveColumn::pending:
+      return QStringLiteral("Saved on the card");
+    case waveColumn::remove:
+      return QStringLiteral("Factory sound");
+    default:
+      return QStringLiteral("No loop settings");
+  }
+}
+
 QString WaveCell::spokenText() const {
-  if (!isShown()) return {};
+  if (!isShown()) return emptyText();
   switch (column) {
     case waveColumn::play:
       return isPlaying ? QStringLiteral("Stop") : QStringLiteral("Play");

@@ -24,6 +24,7 @@ struct WaveCell {
   bool isShown() const;
   QVariant text() const;
   QString help() const;
+  QString emptyText() const;
   QString spokenText() const;
   QVariant accessibleRole() const;
   QString symbol() const;

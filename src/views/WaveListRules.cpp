@@ -5,6 +5,8 @@
 #include <future>
 #include <span>
 
+#include "views/controls/CardText.h"
+
 namespace tamboro {
 
 namespace {
@@ -126,7 +128,7 @@ std::vector<QString> waveTagTitles(const std::optional<TagList>& tags) {
   std::vector<QString> titles;
   if (!tags) return titles;
   for (const Tag& tag : tags->tags()) {
-    const QString name = QString::fromStdString(tag.name());
+    const QString name = visibleText(cardText(tag.name()));
     titles.push_back(name.isEmpty() ? numbered("Tag ", tag.index) : name);
   }
   return titles;
@@ -151,22 +153,23 @@ QString waveSpokenText(const WaveRowValues& wave, const QString& tag) {
 QString waveAddHelp(std::optional<Slot> slot, const Kit* kit, int padIndex) {
   if (!slot) return QStringLiteral("Select a kit and a pad first");
   // In 64 bits: a slot is any number that a file name can hold.
-  const QString kitName = kit ? QString::fromStdString(kit->name())
+  const QString kitName = kit ? quotedText(cardText(kit->name()))
                               : QStringLiteral("Kit ") + QString::number(static_cast<quint64>(*slot) + 1);
   return QStringLiteral("Assign to pad ") + QString::number(padIndex + 1) + QStringLiteral(" in ") + kitName;
 }
 
 QString waveDeleteTitle(const QString& name, const std::vector<WaveUsage>& usages) {
-  if (usages.empty()) return QStringLiteral("Delete \"") + name + QStringLiteral("\"? It isn't used in any kits.");
+  if (usages.empty())
+    return QStringLiteral("Delete \"") + quotedText(name) + QStringLiteral("\"? It isn't used in any kits.");
   QStringList uses;
   for (const WaveUsage& usage : usages) {
     const QString kit = usage.kitName.empty()
                             ? QStringLiteral("Kit ") + QString::number(static_cast<quint64>(usage.kitSlot) + 1)
-                            : QString::fromStdString(usage.kitName);
+                            : quotedText(cardText(usage.kitName));
     uses << kit + QStringLiteral(" – pad ") + QString::number(usage.padIndex + 1) +
                 (usage.isSub ? QStringLiteral(" (sub)") : QString());
   }
-  return QStringLiteral("\"") + name + QStringLiteral("\" is used in: ") + uses.join(QStringLiteral(", ")) +
+  return QStringLiteral("\"") + quotedText(name) + QStringLiteral("\" is used in: ") + uses.join(QStringLiteral(", ")) +
          QStringLiteral(". Delete anyway?");
 }
 

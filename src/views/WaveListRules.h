@@ -10,6 +10,7 @@
 #include "model/Wave.h"
 #include "model/WaveUsage.h"
 #include "text/Unicode.h"
+#include "views/controls/CardText.h"
 
 namespace tamboro {
 
@@ -24,7 +25,7 @@ struct WaveRowValues {
   bool hasMeasure = false;
   bool isPending = false;
 
-  QString name() const { return QString::fromStdString(sortKey); }
+  QString name() const { return visibleText(cardText(sortKey)); }
 };
 
 /// The values of all samples, by id and by name. Ten thousand are filtered at every keystroke: names are folded and

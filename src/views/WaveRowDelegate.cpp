@@ -120,11 +120,9 @@ void WaveRowDelegate::paintCell(QPainter& painter, const QStyleOptionViewItem& o
     case waveColumn::number:
       painter.setFont(Look::monospaced(TextStyle::caption));
       painter.setPen(Look::current().secondary);
-      painter.drawText(QStyle::visualRect(option.direction, option.rect, option.rect.adjusted(0, 0, -Look::px(6), 0)),
-                       static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignRight | Qt::AlignVCenter)) |
-                           Qt::AlignAbsolute,
-                       index.data(Qt::DisplayRole).toString());
-      return;
+      return paintText(painter, option.direction,
+                       QStyle::visualRect(option.direction, option.rect, option.rect.adjusted(0, 0, -Look::px(6), 0)),
+                       Qt::AlignRight | Qt::AlignVCenter, index.data(Qt::DisplayRole).toString());
     default:
       return paintSymbolCell(painter, option, index);
   }
@@ -184,7 +182,7 @@ QPixmap wavePixmap(const QString& name, double devicePixelRatio) {
            Look::current().buttonOutline);
   painter.setFont(Look::font(TextStyle::body));
   painter.setPen(Look::current().primary);
-  painter.drawText(whole, Qt::AlignCenter | Qt::TextSingleLine, name);
+  paintText(painter, Qt::LeftToRight, whole, Qt::AlignCenter, name);
   return pixmap;
 }
 

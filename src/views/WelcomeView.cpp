@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "library/RolandLibrary.h"
+#include "views/controls/CardText.h"
 #include "views/controls/Labels.h"
 #include "views/controls/QueuedRefresh.h"
 #include "views/controls/Surface.h"
@@ -55,8 +56,8 @@ WelcomeView::WelcomeView(RolandLibrary& store, QWidget* parent)
 }
 
 void WelcomeView::refresh() {
-  QString text = store_.lastError().value_or(QString());
-  if (!store_.lastErrorDetail().isEmpty()) text += QLatin1Char('\n') + store_.lastErrorDetail();
+  QString text = visibleText(store_.lastError().value_or(QString()));
+  if (!store_.lastErrorDetail().isEmpty()) text += QLatin1Char('\n') + visibleText(store_.lastErrorDetail());
   setWrappedText(*error_, text, Look::px(360));
   error_->setVisible(store_.lastError().has_value());
 }

@@ -63,6 +63,7 @@ TEST(UpdateFeed, FindsTheNewestItemWhateverThePrefixes) {
                     " </link><description><![CDATA[<b>]]><link>q</link></description></item>",
                 "1.5", page},
            Case{item("1.6", "https://not a host/"), "1.6", ""},
+           Case{item("1.7\u202E-b\u2066eta\u200B&#133;"), "1.7-beta", page},
        }) {
     const auto feed = parseUpdateFeed(feedOf(c.items));
     ASSERT_TRUE(feed) << c.items.constData();

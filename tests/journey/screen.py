@@ -4,7 +4,10 @@ import contextlib
 import os
 import pathlib
 import subprocess
+import tempfile
 import time
+
+from gi.repository import GLib
 
 SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
 PATIENCE = 60  # seconds for anything that must come; it comes at once on an idle machine
@@ -18,7 +21,7 @@ def wait_for(what, look):
     """The first true answer of `look`; a failure after PATIENCE seconds."""
     end = time.monotonic() + PATIENCE
     while time.monotonic() < end:
-        with contextlib.suppress(LookupError):
+        with contextlib.suppress(LookupError, GLib.GError):  # what went while it was looked at
             found = look()
             if found:
                 return found
@@ -103,7 +106,9 @@ class Window:
             **getattr(options, "environment", {}),
         }
         command = [str(SCRIPTS / "in-home"), str(home), "", options.tamboro]
-        self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, env=environment)
+        self.stderr = tempfile.TemporaryFile()
+        self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stderr=self.stderr, env=environment)
+        options.windows.append(self)
         options.stack.callback(self.process.kill)
         wait_for('the window "Tamboro"', lambda: self.alive() and self.window())
 
@@ -111,6 +116,11 @@ class Window:
         if self.process.poll() is not None:
             raise Failure(f"the program ended by itself with {self.process.returncode}")
         return True
+
+    def warnings(self):
+        """What the program and its toolkit said that nobody asked for."""
+        self.stderr.seek(0)
+        return self.stderr.read().decode(errors="replace").splitlines()
 
     def windows(self):
         for application in pyatspi.Registry.getDesktop(0):
@@ -250,14 +260,14 @@ def text_of(thing):
     return text.getText(0, text.characterCount)
 
 
-def press(thing):
-    """The thing's own press, without mouse or keyboard."""
+def press(thing, *wanted_actions):
+    """The thing's own press, or another of its actions, without mouse or keyboard."""
     actions = thing.queryAction()
     names = [actions.getName(number) for number in range(actions.nActions)]
-    for wanted in ("Press", "Toggle", "press", "toggle"):
+    for wanted in wanted_actions or ("Press", "Toggle", "press", "toggle"):
         if wanted in names:
             return actions.doAction(names.index(wanted))
-    raise Failure(f'"{thing.name}" has no press among {names}')
+    raise Failure(f'"{thing.name}" has no such action among {names}')
 
 
 def dump(thing, depth=0):

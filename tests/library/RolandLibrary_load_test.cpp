@@ -86,12 +86,14 @@ TEST(Load, OfSeveralFilesOfOneKeyTheOneUnderItsOwnNameComesFirst) {
 TEST(Load, AFailureLeavesTheOpenCardWithItsEditsAndTellsTheReason) {
   struct Case {
     const char* file;
-    const char* content;
-    const char* text;
+    std::string content;
+    std::string text;
   };
-  const Case cases[] = {{"KIT/kit003.spd", "<A><B>1</B>", "Expected '<' at byte offset 11"},
-                        {"WAVE/PRM/02/09.spd", "", "Empty document"},
-                        {"SYSTEM/tag_list.spd", "x", "Expected '<' at byte offset 0"}};
+  using namespace std::string_literals;
+  const Case cases[] = {
+      {"KIT/kit003.spd", "<A><B\0C>1</A>"s, "Unterminated element, expected '</B\0C>' starting at byte offset 8"s},
+      {"WAVE/PRM/02/09.spd", "", "Empty document"},
+      {"SYSTEM/tag_list.spd", "x", "Expected '<' at byte offset 0"}};
   for (const Case& broken : cases) {
     TestStore store;
     store.open();
@@ -100,7 +102,7 @@ TEST(Load, AFailureLeavesTheOpenCardWithItsEditsAndTellsTheReason) {
     other[broken.file] = broken.content;
     writeTree(store.files, "/other", other);
     store.library.openDroppedFolder("/other");
-    EXPECT_EQ(store.library.lastError(), QString::fromUtf8(broken.text));
+    EXPECT_EQ(store.library.lastError(), QString::fromStdString(broken.text));
     EXPECT_EQ(store.library.rootURL(), TestStore::root);
     EXPECT_EQ(store.library.kit(1)->level(), 5);
     store.library.openDroppedFolder("/media/card");

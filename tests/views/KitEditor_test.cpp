@@ -44,6 +44,11 @@ TEST(KitEditorView, FieldsWriteAtEachChangeAndShowWhatWasStored) {
   main.settle();
   EXPECT_EQ(name.text(), QString());
   EXPECT_EQ(name.placeholderText(), QStringLiteral("Kit Name"));
+  main.library.setKitName(1, "\uFEFFab");
+  main.settle();
+  name.end(false);
+  QTest::keyClicks(&name, QStringLiteral("c"));
+  EXPECT_EQ(main.library.kit(1)->name(), "\uFEFFabc") << "a mark that the toolkit drops when it reads";
 }
 
 TEST(KitEditorView, ARefreshKeepsCursorSelectionAndComposition) {

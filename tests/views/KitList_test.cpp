@@ -71,6 +71,9 @@ TEST(KitListRules, Texts) {
   EXPECT_EQ(kitChoiceText(3, {}), q("003 – (untitled)"));
   EXPECT_EQ(kitDeleteTitle(q("Rock")), q("Delete kit \"Rock\"?"));
   EXPECT_EQ(kitDeleteTitle({}), q("Delete kit \"(untitled)\"?"));
+  EXPECT_EQ(kitDeleteTitle(q("a\tb\n")), q("Delete kit \"a b \"?"));
+  EXPECT_EQ(kitDeleteTitle(q("שלום!")), q("Delete kit \"\u2068שלום!\u2069\"?"))
+      << "the sentence goes on from left to right";
   const std::pair<const char*, const char*> folders[] = {
       {"Rock", "Rock"}, {"", "Kit 4"}, {"A/B", "A_B"}, {"..", "Kit 4"}, {"...", "..."}};
   for (const auto& [name, folder] : folders)
@@ -130,7 +133,7 @@ struct Sidebar {
   QMenu& menu(const RowKey& row) {
     QContextMenuEvent event(QContextMenuEvent::Mouse, place(row), list.viewport()->mapToGlobal(place(row)));
     QApplication::sendEvent(list.viewport(), &event);
-    return *view.findChild<QMenu*>(q("kitMenu"));
+    return *view.window()->findChild<QMenu*>(q("kitMenu"));
   }
   void choose(Slot slot, const char* entry) {
     QMenu& open = menu({KitListView::all, slot});
@@ -311,7 +314,7 @@ TEST(KitList, MenuHasItsEntriesAndHelp) {
     QStringList rows;
     for (const QAction* entry : sidebar.menu(allRow(4)).actions())
       rows << (entry->isSeparator() ? q("-") : entry->text());
-    sidebar.view.findChild<QMenu*>()->close();
+    sidebar.view.window()->findChild<QMenu*>()->close();
     sidebar.settle();
     return rows.join(q("|"));
   };
@@ -458,8 +461,8 @@ TEST(KitList, AssistiveToolsReadAndPressRows) {
   list->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_EQ(sidebar.store.library.selectedKitSlot(), 4) << "a recent kit";
   row->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
-  ASSERT_NE(sidebar.view.findChild<QMenu*>(q("kitMenu")), nullptr);
-  sidebar.view.findChild<QMenu*>(q("kitMenu"))->close();
+  ASSERT_NE(sidebar.view.window()->findChild<QMenu*>(q("kitMenu")), nullptr);
+  sidebar.view.window()->findChild<QMenu*>(q("kitMenu"))->close();
   sidebar.choose(2, "renameKit");
   ASSERT_EQ(list->childCount(), 7);
   EXPECT_EQ(list->child(6)->text(QAccessible::Name), q("Kit name"));

@@ -134,6 +134,7 @@ TEST(PadGrid, APadIsAButtonThatTellsSoundAndNote) {
       ->doAction(QAccessibleActionInterface::toggleAction());
   main.settle();
   EXPECT_EQ(main.library.selectedPadIndex(), 1);
+  EXPECT_TRUE(QAccessible::queryAccessibleInterface(&main.pad(1))->state().focused) << "by the grid that has it";
 }
 
 TEST(PadGrid, ClickSelectsAndEndsTyping) {
@@ -248,7 +249,7 @@ std::string rows(const QMenu& menu) {
 QMenu& openMenu(KitEditor& main, int pad) {
   QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), main.pad(pad).mapToGlobal(QPoint(5, 5)));
   QApplication::sendEvent(&main.pad(pad), &event);
-  return *main.pad(pad).findChildren<QMenu*>(QStringLiteral("padMenu"), Qt::FindDirectChildrenOnly).last();
+  return *main.window.findChildren<QMenu*>(QStringLiteral("padMenu")).last();
 }
 
 void choose(QMenu& menu, const QString& title) {

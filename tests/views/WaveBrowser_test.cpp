@@ -68,7 +68,7 @@ struct Browser {
   static void settle() { test::settle(); }
   template<class Widget = QWidget>
   Widget* find(const char* name) const {
-    return view.findChild<Widget*>(q(name));
+    return window.findChild<Widget*>(q(name));
   }
   static RowKey row(WaveId id) { return {0, id}; }
   /// Names from top to bottom; the loop section as "+".

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "views/controls/CardText.h"
 #include "views/controls/Labels.h"
 #include "views/look/LookStyle.h"
 
@@ -13,7 +14,7 @@ namespace tamboro {
 
 namespace {
 
-/// Labels wrap at words only; a path without a break makes the sheet wider instead of being cut.
+/// A path without a break makes the sheet wider before it is broken.
 int longestWord(const QString& text, const QFontMetrics& metrics) {
   int longest = 0;
   for (const QString& word : text.split(QLatin1Char(' ')))
@@ -27,6 +28,14 @@ QString readable(const QString& text) {
   constexpr qsizetype most = 20'000;
   constexpr qsizetype end = 200;
   return text.size() <= most ? text : text.first(most - end) + QStringLiteral(" … ") + text.last(end);
+}
+
+/// Errors can hold an element's name with anything in it; lines are the alert's own.
+QString shownLines(const QString& text) {
+  QStringList lines = text.split(QLatin1Char('\n'));
+  for (QString& line : lines)
+    line = visibleText(line);
+  return lines.join(QLatin1Char('\n'));
 }
 
 /// A sound can be used on a thousand pads: the buttons stay on the screen.
@@ -58,8 +67,9 @@ void AlertSheet::addText(const QString& objectName, const QString& text, bool is
   if (text.isEmpty()) return;
   QLabel* label = makeLabel(objectName, {}, isHeadline ? TextStyle::headline : TextStyle::body,
                             isHeadline ? textRole::primary : textRole::secondary);
-  setWrappedText(*label, text,
-                 std::clamp(longestWord(text, QFontMetrics(label->font())) + 4, Look::px(320), Look::px(520)));
+  const QString shown = shownLines(text);
+  setWrappedText(*label, shown,
+                 std::clamp(longestWord(shown, QFontMetrics(label->font())) + 4, Look::px(320), Look::px(520)));
   const int room = Look::px(320);
   column()->addWidget(label->height() > room ? scroller(label, room) : static_cast<QWidget*>(label));
 }

@@ -56,10 +56,8 @@ void DisclosureButton::paintEvent(QPaintEvent*) {
               palette().color(underMouse() ? textRole::primary : textRole::secondary));
   painter.setPen(palette().color(textRole::primary));
   const QRect words = inside.adjusted(side + Look::px(chevronGap), 0, 0, 0);
-  painter.drawText(QStyle::visualRect(layoutDirection(), inside, words),
-                   static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter)) |
-                       Qt::AlignAbsolute | Qt::TextSingleLine,
-                   text());
+  paintText(painter, layoutDirection(), QStyle::visualRect(layoutDirection(), inside, words),
+            Qt::AlignLeft | Qt::AlignVCenter, text());
   if (hasFocus()) paintBox(painter, rect(), controlRadius, {}, Look::current().focusRing, 2);
 }
 

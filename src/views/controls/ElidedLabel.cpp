@@ -30,7 +30,7 @@ QSize ElidedLabel::minimumSizeHint() const {
 void ElidedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   // What isn't cut at its end is a path, and that runs from left to right in a mirrored layout too.
-  if (mode_ != Qt::ElideRight) painter.setLayoutDirection(Qt::LeftToRight);
+  painter.setLayoutDirection(mode_ == Qt::ElideRight ? Qt::LayoutDirectionAuto : Qt::LeftToRight);
   const Qt::Alignment side = QStyle::visualAlignment(layoutDirection(), alignment());
   style()->drawItemText(&painter, contentsRect(), static_cast<int>(side | Qt::AlignAbsolute) | Qt::TextSingleLine,
                         palette(), isEnabled(), shownText(), foregroundRole());

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QStyle>
+#include <QTextBoundaryFinder>
 #include <algorithm>
 
 namespace tamboro {
@@ -25,6 +26,27 @@ class LeadingLabel : public QLabel {
   void align() { setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter)); }
 };
 
+/// Labels wrap between words only: marks where a word that is wider than the line can go on in the next.
+QString withBreaks(const QString& text, const QFontMetrics& metrics, int width) {
+  if (metrics.horizontalAdvance(text) <= width) return text;
+  QString broken;
+  QString line;  // what stands there since the last place to break at
+  QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, text);
+  for (qsizetype from = 0; letters.toNextBoundary() > 0; from = letters.position()) {
+    const QString letter = text.mid(from, letters.position() - from);
+    if (letter.front().isSpace()) {
+      line.clear();
+    } else if (metrics.horizontalAdvance(line + letter) > width - 2) {
+      broken += QChar(0x200B);
+      line = letter;
+    } else {
+      line += letter;
+    }
+    broken += letter;
+  }
+  return broken;
+}
+
 }  // namespace
 
 QLabel* makeLabel(const QString& objectName, const QString& text, TextStyle style, QPalette::ColorRole role,
@@ -38,8 +60,10 @@ QLabel* makeLabel(const QString& objectName, const QString& text, TextStyle styl
 }
 
 void setWrappedText(QLabel& label, const QString& text, int width) {
+  const QString broken = withBreaks(text, label.fontMetrics(), width);
   label.setWordWrap(true);
-  label.setText(text);
+  label.setText(broken);
+  label.setAccessibleName(broken == text ? QString() : text);
   label.setFixedSize(width, std::max(0, label.heightForWidth(width)));
 }
 

@@ -10,7 +10,8 @@ namespace tamboro {
 QLabel* makeLabel(const QString& objectName, const QString& text, TextStyle style,
                   QPalette::ColorRole role = textRole::primary, QWidget* parent = nullptr);
 
-/// Sets a text that wraps at this width and takes the height it needs there; a layout alone would guess it.
+/// Sets a text that wraps at this width, within words that are wider too, and takes the height it needs there; a layout
+/// alone would guess it.
 void setWrappedText(QLabel& label, const QString& text, int width);
 
 /// What a screen reader says for a help text: the keys of other keyboards instead of ⌘ and ⇧ (on macOS unchanged).

@@ -1,10 +1,10 @@
 #include "views/controls/RowDelegate.h"
 
 #include <QPainter>
-#include <QStyle>
 
 #include "views/controls/RowList.h"
 #include "views/look/Look.h"
+#include "views/look/LookPaint.h"
 
 namespace tamboro {
 
@@ -19,9 +19,8 @@ bool isHeader(const QModelIndex& index) {
 }  // namespace
 
 void paintRowText(QPainter& painter, Qt::LayoutDirection direction, const QRect& rect, const QString& text) {
-  const auto side = static_cast<int>(QStyle::visualAlignment(direction, Qt::AlignLeft | Qt::AlignVCenter));
-  painter.drawText(rect, side | Qt::AlignAbsolute | Qt::TextSingleLine,
-                   painter.fontMetrics().elidedText(text, Qt::ElideRight, rect.width()));
+  paintText(painter, direction, rect, Qt::AlignLeft | Qt::AlignVCenter,
+            painter.fontMetrics().elidedText(text, Qt::ElideRight, rect.width()));
 }
 
 QRect RowDelegate::contentRect(const QRect& row) {

@@ -57,6 +57,7 @@ class CellAccessible : public QAccessibleInterface, public QAccessibleActionInte
       state.invisible = true;
       return state;
     }
+    state.invisible = index_.data(rowRole::isEmpty).toBool();
     state.offscreen = !list_->viewport()->rect().intersects(list_->visualRect(index_));
     if (isHeader()) return state;
     const Qt::ItemFlags flags = index_.flags();

@@ -99,7 +99,13 @@ void RowList::keyboardSearch(const QString& search) {
 void RowList::focusInEvent(QFocusEvent* event) {
   QAbstractItemView::focusInEvent(event);
   viewport()->update();
-  announce(QAccessible::Focus, currentIndex());
+  // Behind the toolkit's own word, which is for the list as a whole.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (hasFocus()) announce(QAccessible::Focus, currentIndex());
+      },
+      Qt::QueuedConnection);
 }
 
 // ---- mouse

@@ -26,6 +26,7 @@ constexpr int flags = Qt::UserRole + 1;       ///< unsigned int of Qt::ItemFlags
 constexpr int isEcho = Qt::UserRole + 2;      ///< another row of the list stands for this record and is selected
 constexpr int accessible = Qt::UserRole + 3;  ///< int of QAccessible::Role; invalid: a list item
 constexpr int isControl = Qt::UserRole + 4;   ///< the cell is pressed for itself, not for its row
+constexpr int isEmpty = Qt::UserRole + 5;     ///< a slot with nothing in it, which tools that read the screen pass over
 constexpr int own = Qt::UserRole + 16;
 }  // namespace rowRole
 

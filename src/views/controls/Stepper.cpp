@@ -181,9 +181,8 @@ void Stepper::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const QRect text = QStyle::visualRect(layoutDirection(), rect(), QRect(0, 0, textWidth(), height()));
   painter.setPen(isEnabled() ? look.primary : look.disabledText);
-  const auto side = QStyle::visualAlignment(layoutDirection(), valueWidth_ ? Qt::AlignRight : Qt::AlignLeft);
-  painter.drawText(text, static_cast<int>(side | Qt::AlignVCenter | Qt::AlignAbsolute) | Qt::TextSingleLine,
-                   QFontMetrics(painter.font()).elidedText(lineEdit()->text(), Qt::ElideRight, text.width()));
+  paintText(painter, layoutDirection(), text, (valueWidth_ ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
+            QFontMetrics(painter.font()).elidedText(lineEdit()->text(), Qt::ElideRight, text.width()));
   paintBox(painter, halves(), controlRadius - 1, isEnabled() ? look.button : look.disabledFill,
            isEnabled() ? look.buttonOutline : look.separator);
   paintHalf(painter, 1);

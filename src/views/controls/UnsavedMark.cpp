@@ -40,7 +40,7 @@ void UnsavedMark::paintEvent(QPaintEvent*) {
   paintBox(painter, QStyle::visualRect(layoutDirection(), rect(), place), side / 2.0, paletteOrange);
   painter.setPen(paletteOrange);
   const QRect words = rect().adjusted(place.right() + 1 + Look::px(gap), 0, -sidePadding(), 0);
-  painter.drawText(QStyle::visualRect(layoutDirection(), rect(), words), Qt::AlignCenter | Qt::TextSingleLine, text());
+  paintText(painter, layoutDirection(), QStyle::visualRect(layoutDirection(), rect(), words), Qt::AlignCenter, text());
 }
 
 }  // namespace tamboro

@@ -1,5 +1,6 @@
 #include "views/look/LookPaint.h"
 
+#include <QStyle>
 #include <algorithm>
 #include <cmath>
 
@@ -24,6 +25,14 @@ void paintBox(QPainter& painter, const QRectF& rect, double radius, const QColor
 void paintFocusRing(QPainter& painter, const QRectF& shape, double radius) {
   const double room = ringRoom;
   paintBox(painter, shape.adjusted(-room, -room, room, room), radius + room, {}, Look::current().focusRing, 2);
+}
+
+void paintText(QPainter& painter, Qt::LayoutDirection layout, const QRectF& room, Qt::Alignment side,
+               const QString& text, int flags) {
+  const Qt::LayoutDirection before = painter.layoutDirection();
+  painter.setLayoutDirection(Qt::LayoutDirectionAuto);
+  painter.drawText(room, static_cast<int>(QStyle::visualAlignment(layout, side) | Qt::AlignAbsolute) | flags, text);
+  painter.setLayoutDirection(before);
 }
 
 }  // namespace tamboro

@@ -15,5 +15,9 @@ void paintBox(QPainter& painter, const QRectF& rect, double radius, const QColor
               double outlineWidth = 1);
 /// The focus ring around a shape of that rectangle and radius.
 void paintFocusRing(QPainter& painter, const QRectF& shape, double radius);
+/// A line of text in its own direction: in that of a mirrored layout "808 Trap" would read "Trap 808". `side` is meant
+/// for a layout from left to right.
+void paintText(QPainter& painter, Qt::LayoutDirection layout, const QRectF& room, Qt::Alignment side,
+               const QString& text, int flags = Qt::TextSingleLine);
 
 }  // namespace tamboro

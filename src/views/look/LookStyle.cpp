@@ -1,10 +1,12 @@
 #include "views/look/LookStyle.h"
 
+#include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPainterPath>
 #include <QPushButton>
 #include <QScrollBar>
@@ -31,6 +33,15 @@ bool isToolkitDialog(const QWidget* widget) {
 bool takesWheelOnlyFocused(const QWidget* widget) {
   return qobject_cast<const QComboBox*>(widget) || qobject_cast<const QSlider*>(widget) ||
          qobject_cast<const QAbstractSpinBox*>(widget);
+}
+
+/// The toolkit's own parts have no names.
+void nameForTools(QWidget& widget) {
+  if (!widget.accessibleName().isEmpty()) return;
+  if (const auto* bar = qobject_cast<QScrollBar*>(&widget))
+    widget.setAccessibleName(bar->orientation() == Qt::Vertical ? QStringLiteral("Vertical scroll bar")
+                                                                : QStringLiteral("Horizontal scroll bar"));
+  if (qobject_cast<QMenu*>(&widget)) widget.setAccessibleName(QStringLiteral("Menu"));
 }
 
 }  // namespace
@@ -88,6 +99,7 @@ void LookStyle::polish(QWidget* widget) {
   if (qobject_cast<QAbstractButton*>(widget) || qobject_cast<QComboBox*>(widget) || qobject_cast<QLineEdit*>(widget) ||
       qobject_cast<QSlider*>(widget) || qobject_cast<QScrollBar*>(widget))
     widget->setAttribute(Qt::WA_Hover);
+  nameForTools(*widget);
   // Overlaid on the content, the bar must let it through.
   if (qobject_cast<QScrollBar*>(widget)) widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
   // The toolkit's label of tooltips, whose class is not public: names in them are no markup.
@@ -172,6 +184,8 @@ int LookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
       return 0;
     case SH_Menu_Scrollable:  // a long list of tags stays one column
       return 1;
+    case SH_ComboBox_PopupFrameStyle:
+      return QFrame::Box | QFrame::Plain;
     case SH_Slider_AbsoluteSetButtons:
       return Qt::LeftButton;
     case SH_Slider_PageSetButtons:
@@ -208,8 +222,9 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
       if (!item) break;
       if (item->menuItemType == QStyleOptionMenuItem::Separator) return QSize(10, 9);
       const int mark = markWidth(*item);
+      const int arrow = item->menuItemType == QStyleOptionMenuItem::SubMenu ? Look::px(24) : 0;
       const int behind = item->text.contains(QLatin1Char('\t')) || item->reservedShortcutWidth > 0 ? Look::px(24) : 0;
-      return QSize(contents.width() + mark + behind + Look::px(28), Look::px(26));
+      return QSize(contents.width() + mark + behind + arrow + Look::px(28), Look::px(26));
     }
     default:
       break;
@@ -245,6 +260,13 @@ QRect LookStyle::subElementRect(SubElement element, const QStyleOption* option, 
   }
 }
 
+/// An open row has its mark, which the closed picker hasn't: wide enough for the longest.
+QRect LookStyle::comboBoxPopup(const QRect& shape, const QWidget* widget) {
+  const auto* box = qobject_cast<const QComboBox*>(widget);
+  const int rows = box ? box->view()->sizeHintForColumn(box->modelColumn()) + 2 : 0;
+  return {shape.topLeft(), QSize(std::max(shape.width(), rows), shape.height())};
+}
+
 QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
                                 const QWidget* widget) const {
   if (control == CC_Slider)
@@ -262,7 +284,7 @@ QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComple
       case SC_ComboBoxEditField:
         return visualRect(option->direction, inside, inside.adjusted(Look::px(11), 0, -arrow, 0));
       case SC_ComboBoxListBoxPopup:
-        return inside;
+        return visualRect(option->direction, inside, comboBoxPopup(inside, widget));
       default:
         break;
     }
@@ -297,6 +319,10 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
       return painter->fillRect(option->rect, Look::current().bar);
     case CE_MenuEmptyArea:
       return;
+    case CE_ShapedFrame:
+      if (widget && widget->inherits("QComboBoxPrivateContainer"))
+        return drawPrimitive(PE_FrameMenu, option, painter, widget);
+      break;
     case CE_Splitter:
       return painter->fillRect(option->rect, Look::current().separator);
     default:

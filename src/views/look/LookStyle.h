@@ -69,6 +69,7 @@ class LookStyle : public QProxyStyle {
   void drawSlider(const QStyleOptionSlider& option, QPainter& painter, const QWidget* widget) const;
   void drawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QWidget* widget) const;
   void drawField(const QStyleOption& option, QPainter& painter, const QWidget* widget) const;
+  static QRect comboBoxPopup(const QRect& shape, const QWidget* widget);
   static int markWidth(const QStyleOptionMenuItem& option);
   void drawMenuItem(const QStyleOptionMenuItem& option, QPainter& painter, const QWidget* widget) const;
   void drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) const;

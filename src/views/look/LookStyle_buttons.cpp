@@ -76,10 +76,11 @@ void LookStyle::drawPushButton(const QStyleOptionButton& option, QPainter& paint
                       option.state & State_Enabled ? QIcon::Normal : QIcon::Disabled);
   }
   const int flags =
-      Qt::AlignVCenter | Qt::AlignLeft | Qt::AlignAbsolute | Qt::TextSingleLine |
+      Qt::TextSingleLine |
       (styleHint(SH_UnderlineShortcut, &option, widget, nullptr) ? Qt::TextShowMnemonic : Qt::TextHideMnemonic);
   const QRect words = label.adjusted(iconSide + gap, 0, 0, 0);
-  painter.drawText(visualRect(option.direction, label, words).adjusted(0, 0, 2, 0), flags, text);
+  paintText(painter, Qt::LeftToRight, visualRect(option.direction, label, words).adjusted(0, 0, 2, 0),
+            Qt::AlignVCenter | Qt::AlignLeft, text, flags);
   painter.restore();
 }
 
@@ -104,10 +105,8 @@ void LookStyle::drawCheckBox(const QStyleOptionButton& option, QPainter& painter
                 isEnabled ? Qt::white : look.disabledText);
   if (option.state & State_HasFocus) paintFocusRing(painter, box, 4);
   painter.setPen(isEnabled ? look.primary : look.disabledText);
-  painter.drawText(subElementRect(SE_CheckBoxContents, &option, widget),
-                   static_cast<int>(visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter)) |
-                       Qt::AlignAbsolute | Qt::TextShowMnemonic,
-                   option.text);
+  paintText(painter, option.direction, subElementRect(SE_CheckBoxContents, &option, widget),
+            Qt::AlignLeft | Qt::AlignVCenter, option.text, Qt::TextShowMnemonic);
 }
 
 }  // namespace tamboro

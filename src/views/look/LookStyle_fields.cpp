@@ -49,10 +49,8 @@ void LookStyle::drawComboBoxLabel(const QStyleOptionComboBox& option, QPainter& 
   const Look& look = Look::current();
   const QRect room = subControlRect(CC_ComboBox, &option, SC_ComboBoxEditField, widget);
   painter.setPen(option.state & State_Enabled ? look.primary : look.disabledText);
-  painter.drawText(room,
-                   static_cast<int>(visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter)) |
-                       Qt::AlignAbsolute | Qt::TextSingleLine,
-                   painter.fontMetrics().elidedText(option.currentText, Qt::ElideRight, room.width()));
+  paintText(painter, option.direction, room, Qt::AlignLeft | Qt::AlignVCenter,
+            painter.fontMetrics().elidedText(option.currentText, Qt::ElideRight, room.width()));
 }
 
 QRect LookStyle::sliderPart(const QStyleOptionSlider& option, SubControl part) const {

@@ -32,9 +32,8 @@ void LookStyle::drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& pa
              option.state & State_Sunken ? look.rowSelected : look.rowHover);
   painter.setPen(option.state & State_Enabled ? look.primary : look.disabledText);
   const bool underlines = styleHint(SH_UnderlineShortcut, &option, nullptr, nullptr);
-  painter.drawText(option.rect,
-                   Qt::AlignCenter | Qt::TextSingleLine | (underlines ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
-                   option.text);
+  paintText(painter, option.direction, option.rect, Qt::AlignCenter, option.text,
+            Qt::TextSingleLine | (underlines ? Qt::TextShowMnemonic : Qt::TextHideMnemonic));
 }
 
 /// A picker's list marks its chosen row without saying that it holds rows to check.
@@ -62,19 +61,17 @@ void LookStyle::drawMenuItem(const QStyleOptionMenuItem& option, QPainter& paint
     paintSymbol(painter, QStringLiteral("checkmark"), visualRect(option.direction, row, box), text);
   }
   const bool underlines = styleHint(SH_UnderlineShortcut, &option, nullptr, nullptr);
-  const int flags = Qt::AlignVCenter | Qt::AlignAbsolute | Qt::TextSingleLine |
-                    (underlines ? Qt::TextShowMnemonic : Qt::TextHideMnemonic);
-  const auto side = [&](Qt::Alignment alignment) {
-    return flags | static_cast<int>(visualAlignment(option.direction, alignment));
+  const int flags = Qt::TextSingleLine | (underlines ? Qt::TextShowMnemonic : Qt::TextHideMnemonic);
+  const auto paintPart = [&](const QRect& room, Qt::Alignment side, const QString& part) {
+    paintText(painter, option.direction, visualRect(option.direction, row, room), side | Qt::AlignVCenter, part, flags);
   };
   painter.setFont(option.font);
   painter.setPen(text);
   const QStringList parts = option.text.split(QLatin1Char('\t'));
-  painter.drawText(visualRect(option.direction, row, inside.adjusted(mark, 0, 0, 0)), side(Qt::AlignLeft),
-                   parts.first());
+  paintPart(inside.adjusted(mark, 0, 0, 0), Qt::AlignLeft, parts.first());
   if (parts.size() > 1) {
     painter.setPen(isEnabled ? look.secondary : look.disabledText);
-    painter.drawText(visualRect(option.direction, row, inside), side(Qt::AlignRight), parts.last());
+    paintPart(inside, Qt::AlignRight, parts.last());
   }
   if (option.menuItemType == QStyleOptionMenuItem::SubMenu) {
     const QRect arrow(inside.right() - Look::px(10), inside.center().y() - Look::px(5), Look::px(11), Look::px(11));

@@ -19,9 +19,10 @@ struct Outlines {
   QPainterPath sign;  ///< white on a colour
 };
 
-/// Draws one symbol: a 1.35 pen with round caps and joins.
+/// Draws one symbol: a pen with round caps and joins, of 1.35 where the symbol is as small as a letter.
 class Sketch {
  public:
+  void setPen(double width) { pen_ = width; }
   void line(std::initializer_list<QPointF> points, bool closed = false) { stroke(polygon(points, closed)); }
   void stroke(const QPainterPath& path) { lines_.addPath(path); }
   void fill(const QPainterPath& path) { outlines_.filled.push_back(path); }
@@ -65,11 +66,12 @@ class Sketch {
   }
 
  private:
-  static QPainterPath stroked(const QPainterPath& path) {
-    const QPen pen(Qt::black, 1.35, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+  QPainterPath stroked(const QPainterPath& path) const {
+    const QPen pen(Qt::black, pen_, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     return QPainterPathStroker(pen).createStroke(path);
   }
 
+  double pen_ = 1.35;
   Outlines outlines_;
   QPainterPath lines_;
 };
@@ -80,8 +82,8 @@ void grid(Sketch& s, bool filled) {
   for (int row = 0; row < 3; ++row)
     for (int column = 0; column < 3; ++column)
       s.box(filled ? QRectF(0.75 + column * 5, 0.75 + row * 5, 4.5, 4.5)
-                   : QRectF(1.1 + column * 4.9, 1.1 + row * 4.9, 4.0, 4.0),
-            filled ? 1.1 : 0.9, filled);
+                   : QRectF(0.8 + column * 5, 0.8 + row * 5, 4.4, 4.4),
+            filled ? 1.1 : 1.0, filled);
 }
 
 void tag(Sketch& s) {
@@ -156,7 +158,11 @@ void waveform(Sketch& s) {
 std::map<QString, Drawing> drawings() {
   static const auto key = [](const char* name) { return QString::fromLatin1(name); };
   return {
-      {key("square.grid.3x3"), [](Sketch& s) { grid(s, false); }},
+      {key("square.grid.3x3"),
+       [](Sketch& s) {
+         s.setPen(0.75);  // only ever drawn large
+         grid(s, false);
+       }},
       {key("square.grid.3x3.fill"), [](Sketch& s) { grid(s, true); }},
       {key("internaldrive.fill"), drive},
       {key("tag"), tag},
