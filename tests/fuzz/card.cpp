@@ -132,7 +132,8 @@ class Session {
     again.library.load("/media/card");
     if (isPlain(after)) requireSameRecords(again.library);
     require(again.save().empty(), "it can be saved again");
-    require(store_.card() == after, "a save of nothing changes nothing");
+    const Tree twice = store_.card();
+    require(twice == after, "a save of nothing changes nothing:\n" + test::difference(after, twice));
   }
 
  private:

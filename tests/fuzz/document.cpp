@@ -1,4 +1,4 @@
-// A document: read, edited, written, each against the naive one. An input is a byte that counts the edits, three bytes
+// A document: read, edited, written, each against the naive one. An input is a byte that counts the edits, four bytes
 // for each edit, and the file.
 
 #include <map>
@@ -124,7 +124,7 @@ void edit(const Pair& read, Choices choices) {
   // Copies of every step share their storage with it; each has to stay what it was.
   std::vector<Pair> steps;
   for (Choices edits = choices; !edits.isEmpty();) {
-    Editor(edited, edits.split(3)).step();
+    Editor(edited, edits.split(4)).step();
     steps.push_back(edited);
   }
   for (const Pair& step : steps)
@@ -136,7 +136,7 @@ void edit(const Pair& read, Choices choices) {
 
 void tryInput(std::span<const std::uint8_t> input) {
   Choices choices(input);
-  const Choices edits = choices.split(3 * static_cast<std::size_t>(choices.below(16)));
+  const Choices edits = choices.split(4 * static_cast<std::size_t>(choices.below(16)));
   const std::string bytes = choices.rest();
   std::string failure;
   naive::Document expected;
