@@ -22,6 +22,8 @@ namespace tamboro {
 
 namespace {
 
+constexpr int titleBarRoom = 48;
+
 Path standardFolder(QStandardPaths::StandardLocation location) {
   return pathOf(QStandardPaths::writableLocation(location));
 }
@@ -59,14 +61,20 @@ void Application::makeWindow() {
   window_->setWindowTitle(QStringLiteral("Tamboro"));
   auto* menus = new MenuBar(*library_);
   window_->setMenuBar(menus);
-  window_->setCentralWidget(new ContentView(*library_, player_, *files_, *defaults_, prompts_));
+  auto* content = new ContentView(*library_, player_, *files_, *defaults_, prompts_);
+  window_->setCentralWidget(content);
+  connect(menus, &MenuBar::kitListToggled, content, &ContentView::setKitListShown);
+  connect(content, &ContentView::kitListShownChanged, menus, &MenuBar::showKitListShown);
+  connect(menus, &MenuBar::searchRequested, content, &ContentView::search);
+  connect(menus, &MenuBar::columnRequested, content, &ContentView::walkColumns);
   connect(menus, &MenuBar::aboutRequested, this, &Application::showAbout);
   connect(menus, &MenuBar::preferencesRequested, this, &Application::showPreferences);
   UpdaterController& updater = appDelegate_.updaterController();
   updater.attach(window_.get());
   connect(menus, &MenuBar::checkForUpdatesRequested, &updater, &UpdaterController::checkForUpdates);
   folderPanel_.attach(window_.get(), [this](const Path& folder) { return library_->resolveRoot(folder).has_value(); });
-  const QSize room = window_->screen()->availableSize();
+  // The title bar, whose height only the desktop knows, and later than now.
+  const QSize room = window_->screen()->availableSize() - QSize(0, titleBarRoom);
   window_->resize(QSize(Look::px(1200), Look::px(800)).boundedTo(room));
 }
 

@@ -1,5 +1,6 @@
 #include "app/CardFolderPanel.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QStorageInfo>
@@ -54,8 +55,10 @@ Path CardFolderPanel::start() const {
 }
 
 void CardFolderPanel::chooseFolder(const FolderRequest& request, std::function<void(std::optional<Path>)> answer) {
-  openFolderPanel(window_, {request.prompt, request.message}, QFile::decodeName(start().c_str()), false,
-                  std::move(answer));
+  // Over the window it is asked from, which gets the keyboard back.
+  QWidget* asking = QApplication::activeWindow();
+  openFolderPanel(asking ? asking : window_.data(), {request.prompt, request.message},
+                  QFile::decodeName(start().c_str()), false, std::move(answer));
 }
 
 }  // namespace tamboro

@@ -20,6 +20,7 @@ MenuBar::MenuBar(RolandLibrary& store, QWidget* parent) : QMenuBar(parent), stor
   addFileMenu();
   addEditMenu();
   addKitMenu();
+  addViewMenu();
   addHelpMenu();
   connect(&store, &RolandLibrary::published, this, &MenuBar::follow);
   connect(&store.undoManager(), &UndoManager::changed, this, &MenuBar::followUndo);
@@ -89,6 +90,25 @@ void MenuBar::addKitMenu() {
   }
 }
 
+void MenuBar::addViewMenu() {
+  QMenu* view = addMenu(QStringLiteral("&View"));
+  kitList_ = addRow(view, QStringLiteral("kitList"), QStringLiteral("Kit List"), Qt::Key_F9);
+  kitList_->setCheckable(true);
+  kitList_->setChecked(true);
+  connect(kitList_, &QAction::triggered, this, &MenuBar::kitListToggled);
+  view->addSeparator();
+  QAction* search = addRow(view, QStringLiteral("search"), QStringLiteral("Search"), Qt::CTRL | Qt::Key_F);
+  connect(search, &QAction::triggered, this, &MenuBar::searchRequested);
+  QAction* next = addRow(view, QStringLiteral("nextColumn"), QStringLiteral("Next Column"), Qt::Key_F6);
+  QAction* previous =
+      addRow(view, QStringLiteral("previousColumn"), QStringLiteral("Previous Column"), Qt::SHIFT | Qt::Key_F6);
+  connect(next, &QAction::triggered, this, [this] { Q_EMIT columnRequested(1); });
+  connect(previous, &QAction::triggered, this, [this] { Q_EMIT columnRequested(-1); });
+  viewRows_ = {kitList_, search, next, previous};
+  for (QAction* row : viewRows_)
+    row->setShortcutContext(Qt::WindowShortcut);  // they are about the main window's columns
+}
+
 void MenuBar::addHelpMenu() {
   QMenu* help = addNamedMenu(QStringLiteral("Help"));
   QAction* shortcuts =
@@ -107,6 +127,8 @@ void MenuBar::follow() {
   save_->setEnabled(store_.hasUnsavedChanges());
   copySound_->setEnabled(store_.selectedWave() != nullptr);
   pasteSound_->setEnabled(store_.copiedWaveIndex() && store_.selectedKitSlot());
+  for (QAction* row : viewRows_)
+    row->setEnabled(store_.isLoaded());
   for (std::size_t position = 0; position < goToKit_.size(); ++position)
     goToKit_[position]->setEnabled(store_.kits().size() > position);
 }

@@ -17,11 +17,15 @@ class MenuBar : public QMenuBar {
 
  public:
   explicit MenuBar(RolandLibrary& store, QWidget* parent = nullptr);
+  void showKitListShown(bool on) { kitList_->setChecked(on); }
 
  Q_SIGNALS:
   void preferencesRequested();
   void aboutRequested();
   void checkForUpdatesRequested();
+  void kitListToggled(bool on);
+  void searchRequested();
+  void columnRequested(int step);
 
  private:
   QAction* addRow(QMenu* menu, const QString& objectName, const QString& title, const QKeySequence& key = {});
@@ -29,6 +33,7 @@ class MenuBar : public QMenuBar {
   void addFileMenu();
   void addEditMenu();
   void addKitMenu();
+  void addViewMenu();
   void addHelpMenu();
   void follow();
   void followUndo();
@@ -43,6 +48,8 @@ class MenuBar : public QMenuBar {
   QAction* redo_ = nullptr;
   QAction* copySound_ = nullptr;
   QAction* pasteSound_ = nullptr;
+  QAction* kitList_ = nullptr;
+  QList<QAction*> viewRows_;
   std::array<QAction*, 9> goToKit_{};
 };
 

@@ -22,13 +22,24 @@ QLineEdit* makePatternField(const QString& pattern) {
   return field;
 }
 
+QString startLabel() {
+  return QStringLiteral("Start: ");
+}
+
+/// The number alone, too, which is typed over the whole.
+std::optional<std::int64_t> startIn(const QString& text) {
+  bool isNumber = false;
+  const std::int64_t start = text.mid(text.lastIndexOf(QLatin1Char(' ')) + 1).toLongLong(&isNumber);
+  return isNumber ? std::optional(start) : std::nullopt;
+}
+
 Stepper* makeStartStepper(std::int64_t start) {
   auto* stepper = new Stepper;
   stepper->setObjectName(QStringLiteral("startNumber"));
   stepper->setAccessibleName(QStringLiteral("Start"));
   stepper->setFont(Look::font(TextStyle::body));
   stepper->setRange(1, 9999);
-  stepper->setFormat([](std::int64_t value) { return QStringLiteral("Start: %1").arg(value); });
+  stepper->setNotation({[](std::int64_t value) { return startLabel() + QString::number(value); }, &startIn});
   stepper->setValue(start);
   return stepper;
 }

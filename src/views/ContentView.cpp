@@ -1,10 +1,13 @@
 #include "views/ContentView.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QPushButton>
 #include <QShortcut>
 #include <QStackedLayout>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <functional>
 
 #include "library/CardConflict.h"
 #include "library/LibraryError.h"
@@ -116,6 +119,7 @@ QWidget* ContentView::makeToolbar() {
 
   auto* row = new QHBoxLayout(toolbar);
   row->setContentsMargins(12, 0, 12, 0);
+  row->addWidget(makeKitListButton());
   row->addWidget(new CardLocationPill(store_));
   row->addStretch(1);
   row->addWidget(tags);
@@ -124,15 +128,34 @@ QWidget* ContentView::makeToolbar() {
   return toolbar;
 }
 
+QPushButton* ContentView::makeKitListButton() {
+  auto* button = new QPushButton(symbolIcon(QStringLiteral("sidebar.left")), {});
+  button->setObjectName(QStringLiteral("kitListButton"));
+  button->setAccessibleName(QStringLiteral("Kit List"));
+  button->setFocusPolicy(Qt::TabFocus);
+  button->setCheckable(true);
+  button->setChecked(true);
+  setHelp(*button, QStringLiteral("Show/hide the kit list (F9)"));
+  // A click leaves the keyboard where it is.
+  connect(button, &QPushButton::toggled, this, [this](bool on) { columns_->setLeftShown(on); });
+  connect(this, &ContentView::kitListShownChanged, button, &QPushButton::setChecked);
+  return button;
+}
+
 QWidget* ContentView::makeColumns() {
   const QString kits = QStringLiteral("Kits");
   const QString samples = QStringLiteral("Sample Library");
   // One after another: the order in which they are made is the order of the Tab key.
-  QWidget* left = makeColumn(QStringLiteral("kitColumn"), kits, &Look::sidebar, new KitListView(store_, prompts_));
+  QWidget* left =
+      makeColumn(QStringLiteral("kitColumn"), kits, &Look::sidebar, kits_ = new KitListView(store_, prompts_));
   QWidget* middle = makeMiddle();
   QWidget* right = makeColumn(QStringLiteral("sampleColumn"), samples, &Look::base,
-                              new WaveBrowserView(store_, player_, files_, prompts_));
-  return new ColumnSplitter(left, middle, right);
+                              samples_ = new WaveBrowserView(store_, player_, files_, prompts_));
+  columns_ = new ColumnSplitter(left, middle, right);
+  connect(columns_, &ColumnSplitter::leftShownChanged, this, &ContentView::kitListShownChanged);
+  connect(columns_, &ColumnSplitter::keyboardLeavesLeft, kit_, &KitEditorView::takeKeyboard);
+  connect(kits_, &KitListView::handsKeyboardOn, kit_, &KitEditorView::takeKeyboard);
+  return columns_;
 }
 
 QWidget* ContentView::makeMiddle() {
@@ -236,6 +259,43 @@ void ContentView::tellOfFailedSave(const std::exception_ptr& error) {
     if (button == saveAnyway) startSave(RolandLibrary::ChangedFiles::replace);
   });
 }
+
+// ---- columns and the keyboard
+
+bool ContentView::isKitListShown() const {
+  return columns_->isLeftShown();
+}
+
+void ContentView::setKitListShown(bool on) {
+  columns_->setLeftShown(on);
+  if (on) kits_->takeKeyboard();
+}
+
+bool ContentView::isInUse(const QWidget& column) const {
+  return column.isAncestorOf(QApplication::focusWidget());
+}
+
+void ContentView::search() {
+  isInUse(*kits_) ? kits_->search() : samples_->search();
+}
+
+void ContentView::walkColumns(int step) {
+  struct Column {
+    const QWidget& widget;
+    std::function<void()> takeKeyboard;
+  };
+  std::vector<Column> shown;
+  if (isKitListShown()) shown.push_back({*kits_, [this] { kits_->takeKeyboard(); }});
+  if (store_.selectedKit()) shown.push_back({*kit_, [this] { kit_->takeKeyboard(); }});
+  shown.push_back({*samples_, [this] { samples_->takeKeyboard(); }});
+  const auto inUse = std::ranges::find_if(shown, [this](const Column& column) { return isInUse(column.widget); });
+  // From anywhere else to the first or the last.
+  const auto count = static_cast<std::ptrdiff_t>(shown.size());
+  const auto place = inUse != shown.end() ? inUse - shown.begin() : step > 0 ? -1 : count;
+  shown[static_cast<std::size_t>((place + step + count) % count)].takeKeyboard();
+}
+
+// ---- sheets
 
 void ContentView::setShowingTagEditor(bool on) {
   if (on && !tagEditor_) {

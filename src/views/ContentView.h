@@ -7,15 +7,19 @@
 #include "library/RolandLibrary.h"
 #include "views/controls/Prompts.h"
 
+class QPushButton;
 class QStackedLayout;
 
 namespace tamboro {
 
+class ColumnSplitter;
 class EmptyStatePanel;
 class KitEditorView;
+class KitListView;
 class NoticeStack;
 class SamplePlayer;
 class Sheet;
+class WaveBrowserView;
 class WelcomeView;
 
 /// The main window's content: the welcome screen exactly while no card is open, else three columns between toolbar and
@@ -31,8 +35,19 @@ class ContentView : public QWidget {
 
   void setShowingTagEditor(bool on);
   bool showingTagEditor() const { return !tagEditor_.isNull(); }
+
+  bool isKitListShown() const;
+  /// By the user's hand: what is shown so gets the keyboard.
+  void setKitListShown(bool on);
+  /// To the search field of the column in use; from the pads, which have none, to that of the samples.
+  void search();
+  /// Gives the keyboard to the next of the shown columns, or with -1 to the one before.
+  void walkColumns(int step);
   /// The message of a failed save while its alert is up.
   const std::optional<QString>& showingExportError() const { return showingExportError_; }
+
+ Q_SIGNALS:
+  void kitListShownChanged(bool on);
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -40,6 +55,7 @@ class ContentView : public QWidget {
  private:
   QWidget* makeWorkspace();
   QWidget* makeToolbar();
+  QPushButton* makeKitListButton();
   QWidget* makeColumns();
   QWidget* makeMiddle();
   void refresh();
@@ -52,6 +68,7 @@ class ContentView : public QWidget {
   void tellOfFailedSave(const std::exception_ptr& error);
   QString leftoversText() const;
   void followShortcutsHelp();
+  bool isInUse(const QWidget& column) const;
 
   RolandLibrary& store_;
   SamplePlayer& player_;
@@ -69,6 +86,9 @@ class ContentView : public QWidget {
   QStackedLayout* middle_ = nullptr;
   EmptyStatePanel* noKit_ = nullptr;
   KitEditorView* kit_ = nullptr;
+  ColumnSplitter* columns_ = nullptr;
+  KitListView* kits_ = nullptr;
+  WaveBrowserView* samples_ = nullptr;
   QPointer<Sheet> tagEditor_;
   QPointer<Sheet> shortcutsHelp_;
 };

@@ -1,5 +1,7 @@
 #include "views/KitEditorView.h"
 
+#include <QApplication>
+#include <QFocusEvent>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -75,12 +77,13 @@ KitEditorView::KitEditorView(RolandLibrary& store, SamplePlayer& player, Prompts
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setWidgetResizable(true);
   scroll_->setWidget(sections_);
-  // A click beside everything gives the keyboard to the pads.
+  // A click beside everything gives the keyboard to the pads. Not by a focus proxy: with one of its own content, the
+  // Tab key passes over all that stands before it.
   scroll_->setFocusPolicy(Qt::ClickFocus);
-  scroll_->setFocusProxy(grid_);
+  qApp->installEventFilter(this);
   auto* whole = new QVBoxLayout(this);
   whole->addWidget(scroll_);
-  connect(grid_, &PadGridView::walkedTo, this, [this](QWidget* cell) { scroll_->ensureWidgetVisible(cell); });
+  connect(grid_, &PadGridView::keyboardAt, this, [this](QWidget* cell) { scroll_->ensureWidgetVisible(cell); });
   new QueuedRefresh(
       store, [this] { refresh(); }, this);
   refresh();
@@ -143,6 +146,26 @@ QWidget* KitEditorView::makeHeader() {
 
 bool KitEditorView::gridFocused() const {
   return grid_->hasFocus();
+}
+
+void KitEditorView::takeKeyboard() {
+  grid_->setFocus(Qt::ShortcutFocusReason);
+}
+
+/// What gets the focus by other means than the mouse comes into sight; under the mouse nothing moves.
+bool KitEditorView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::FocusIn || !watched->isWidgetType()) return false;
+  auto* focused = static_cast<QWidget*>(watched);
+  if (focused == scroll_) {
+    grid_->setFocus(Qt::MouseFocusReason);
+    return true;
+  }
+  const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+  const bool isByKey = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+                       reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason;
+  // The grid, which can be higher than the window, shows the pad in use.
+  if (isByKey && focused != grid_ && sections_->isAncestorOf(focused)) scroll_->ensureWidgetVisible(focused);
+  return false;
 }
 
 void KitEditorView::setKit(std::optional<Slot> slot) {

@@ -30,6 +30,11 @@ class KitEditorView : public QWidget {
   void setKit(std::optional<Slot> slot);
   std::optional<Slot> kitSlot() const { return kitSlot_; }
   bool gridFocused() const;
+  /// To the pads.
+  void takeKeyboard();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QWidget* makeHeader();

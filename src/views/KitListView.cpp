@@ -31,6 +31,8 @@ KitListView::KitListView(RolandLibrary& store, Prompts& prompts, QWidget* parent
   list_->setObjectName(QStringLiteral("kitList"));
   list_->setAccessibleName(QStringLiteral("Kits"));
   list_->setSelectionMode(QAbstractItemView::SingleSelection);
+  // Each kit that is opened gives the keyboard to its pads: the arrow keys walk on and Return opens.
+  list_->setCursorSelects(false);
   auto* rows = new QVBoxLayout(this);
   rows->setSpacing(0);
   rows->addWidget(search_);
@@ -43,6 +45,7 @@ KitListView::KitListView(RolandLibrary& store, Prompts& prompts, QWidget* parent
   });
   connect(list_, &RowList::selectionEdited, this, &KitListView::selectionEdited);
   connect(list_, &RowList::rowPressed, this, [this](const RowKey& row) { select(row.record); });
+  connect(list_, &RowList::rowActivated, this, &KitListView::activated);
   connect(list_, &RowList::rowDoubleClicked, this, &KitListView::doubleClicked);
   connect(list_, &RowList::menuRequested, this, &KitListView::openMenu);
   new QueuedRefresh(
@@ -160,7 +163,33 @@ void KitListView::selectionEdited() {
     select(keys.begin()->record);
 }
 
+void KitListView::takeKeyboard() {
+  list_->setFocus(Qt::ShortcutFocusReason);
+}
+
+void KitListView::search() {
+  search_->setFocus(Qt::ShortcutFocusReason);
+}
+
 // ---- what is done to a kit
+
+void KitListView::activated(const RowKey& row, Qt::Key key) {
+  switch (key) {
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+      select(row.record);
+      Q_EMIT handsKeyboardOn();
+      return;
+    case Qt::Key_F2:
+      if (QLineEdit* open = list_->field(row)) {
+        list_->reveal(row);
+        return open->setFocus();  // with what was typed there
+      }
+      return rename(row);
+    default:
+      return confirmDelete(row.record);
+  }
+}
 
 void KitListView::doubleClicked(const RowKey& row, const QPoint& place) {
   const QModelIndex index = list_->rows().indexOf(row);

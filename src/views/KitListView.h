@@ -25,6 +25,13 @@ class KitListView : public QWidget {
   KitListView(RolandLibrary& store, Prompts& prompts, QWidget* parent = nullptr);
 
   void setShowingNewKitSheet();
+  /// To the list, where the open kit is.
+  void takeKeyboard();
+  void search();
+
+ Q_SIGNALS:
+  /// The user opened a kit, or the one that is open, by the keyboard: its pads are next.
+  void handsKeyboardOn();
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -38,6 +45,7 @@ class KitListView : public QWidget {
   void followSelection();
   void select(Slot slot);
   void selectionEdited();
+  void activated(const RowKey& row, Qt::Key key);
   void doubleClicked(const RowKey& row, const QPoint& place);
   void openMenu(const RowKey& row, const QPoint& position);
   void rename(const RowKey& row);

@@ -34,6 +34,9 @@ class PadCell : public QAbstractButton {
   void select();
   void selectWithPreview();
   void openMenu(const QPoint& globalPosition);
+  /// False where there is nothing to copy, or to paste.
+  bool copySound();
+  bool pasteSound();
 
   bool hasHeightForWidth() const override { return true; }
   int heightForWidth(int width) const override;

@@ -6,23 +6,35 @@ namespace tamboro {
 
 void PadCell::openMenu(const QPoint& globalPosition) {
   auto* menu = new ContextMenu(QStringLiteral("padMenu"), accessibleName(), this);
-  if (const Wave* wave = sound()) {
+  if (sound()) {
     menu->add("copySound", QStringLiteral("Copy Sound"), QStringLiteral("Copy this sound to paste onto other pads"),
-              [this, id = wave->id()] { store_.setCopiedWaveIndex(id); });
+              [this] { copySound(); });
     menu->add("playSound", QStringLiteral("Play"), QStringLiteral("Preview the sound"), [this] { play(); });
     menu->addSeparator();
     menu->addDestructive("removeSound", QStringLiteral("Remove Sound from Pad"),
                          QStringLiteral("Delete the sound from this pad"),
                          [this] { store_.removePadSound(kitSlot_, padIndex_); });
   }
-  if (const auto copied = store_.copiedWaveIndex())
+  if (store_.copiedWaveIndex())
     menu->add("pasteSound", QStringLiteral("Paste Sound"), QStringLiteral("Paste the copied sound here"),
-              [this, id = *copied] { store_.setPadSound(kitSlot_, padIndex_, id); });
+              [this] { pasteSound(); });
   menu->addSeparator();
   addExchangeMenu(*menu);
   menu->addDestructive("resetPad", QStringLiteral("Reset Pad"),
                        QStringLiteral("Removes the sound and resets all settings to default"), [this] { askReset(); });
   menu->popup(globalPosition);
+}
+
+bool PadCell::copySound() {
+  const Wave* wave = sound();
+  if (wave) store_.setCopiedWaveIndex(wave->id());
+  return wave != nullptr;
+}
+
+bool PadCell::pasteSound() {
+  const auto copied = store_.copiedWaveIndex();
+  if (copied) store_.setPadSound(kitSlot_, padIndex_, *copied);
+  return copied.has_value();
 }
 
 void PadCell::addExchangeMenu(ContextMenu& menu) {

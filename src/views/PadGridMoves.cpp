@@ -18,15 +18,16 @@ QStringList parts(const QString& name, qsizetype place) {
 
 }  // namespace
 
-std::optional<int> padAfterMove(int padIndex, PadMove move) {
-  if (padIndex >= mainGridSize) return std::nullopt;
+std::optional<int> padAfterMove(int padIndex, PadMove move, int padCount) {
+  if (padIndex >= mainGridSize || padIndex >= padCount) return std::nullopt;
   int row = padIndex / side;
   int column = padIndex % side;
   if (move == PadMove::up) --row;
   if (move == PadMove::down) ++row;
   if (move == PadMove::left) --column;
   if (move == PadMove::right) ++column;
-  return std::clamp(row, 0, side - 1) * side + std::clamp(column, 0, side - 1);
+  const int target = std::clamp(row, 0, side - 1) * side + std::clamp(column, 0, side - 1);
+  return target < padCount ? target : padIndex;
 }
 
 std::optional<WaveId> droppedWaveId(const QString& text) {

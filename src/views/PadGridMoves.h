@@ -12,8 +12,9 @@ namespace tamboro {
 enum class PadMove { up, down, left, right };
 
 /// Where an arrow key leads from a pad: within the three by three main pads, without wrap-around, so that at an edge it
-/// leads to the same pad. Nothing for trigger inputs and footswitches.
-std::optional<int> padAfterMove(int padIndex, PadMove move);
+/// leads to the same pad, as it does where the kit hasn't got the next one. Nothing for trigger inputs and
+/// footswitches.
+std::optional<int> padAfterMove(int padIndex, PadMove move, int padCount);
 
 /// A dropped text as a wave id: an optional sign, then digits, nothing else. Nothing where it is no such number or
 /// leaves the 64-bit range.

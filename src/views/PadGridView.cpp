@@ -40,7 +40,8 @@ PadGridView::PadGridView(RolandLibrary& store, SamplePlayer& player, Prompts& pr
     for (int index = static_cast<int>(cells_.size()); index < end; ++index) {
       auto* cell = new PadCell(store, player, prompts, index, this);
       cells_.push_back(cell);
-      connect(cell, &PadCell::chosen, this, [this] { setFocus(); });
+      // Nothing may scroll under the hand that chooses.
+      connect(cell, &PadCell::chosen, this, [this] { setFocus(Qt::MouseFocusReason); });
       connect(cell, &PadCell::ringChanged, this, qOverload<>(&QWidget::update));
     }
   };
@@ -173,17 +174,26 @@ bool PadGridView::move(int key) {
                                             {Qt::Key_Right, PadMove::right}};
   const auto found = moves.find(key);
   if (found == moves.end()) return false;
-  if (const auto target = padAfterMove(store_.selectedPadIndex(), found->second)) {
+  if (const auto target = padAfterMove(store_.selectedPadIndex(), found->second, padCount_)) {
     PadCell* cell = cells_[static_cast<std::size_t>(*target)];
     cell->selectWithPreview();
-    if (!cell->isHidden()) Q_EMIT walkedTo(cell);
+    Q_EMIT keyboardAt(cell);
   }
   return true;
 }
 
+/// On the pad that has the keyboard.
+bool PadGridView::copyOrPaste(const QKeyEvent& key) {
+  const auto focused = std::ranges::find_if(cells_, [](const PadCell* cell) { return cell->hasFocus(); });
+  PadCell* cell = focused != cells_.end() ? *focused : selectedCell();
+  if (!cell) return false;
+  if (key.matches(QKeySequence::Copy)) return cell->copySound();
+  return key.matches(QKeySequence::Paste) && cell->pasteSound();
+}
+
 void PadGridView::keyPressEvent(QKeyEvent* event) {
   // Also where nothing moves the key is used up, so that it doesn't scroll.
-  event->setAccepted(move(event->key()));
+  event->setAccepted(move(event->key()) || copyOrPaste(*event));
 }
 
 void PadGridView::contextMenuEvent(QContextMenuEvent* event) {
@@ -196,6 +206,7 @@ void PadGridView::focusInEvent(QFocusEvent* event) {
   QWidget::focusInEvent(event);
   // Behind the toolkit's own word, which is for the grid as a whole.
   QMetaObject::invokeMethod(this, &PadGridView::tellFocus, Qt::QueuedConnection);
+  if (PadCell* cell = selectedCell(); cell && event->reason() != Qt::MouseFocusReason) Q_EMIT keyboardAt(cell);
 }
 
 /// The focus itself stays here; assistive tools follow it to the selected pad.

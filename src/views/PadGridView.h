@@ -35,8 +35,8 @@ class PadGridView : public QWidget {
   QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
-  /// The keyboard led to this pad.
-  void walkedTo(QWidget* cell);
+  /// The keyboard led to this pad, or came to the grid with this pad selected.
+  void keyboardAt(QWidget* cell);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -55,6 +55,7 @@ class PadGridView : public QWidget {
   Arrangement arrange(int width) const;
   void placeAll();
   bool move(int key);
+  bool copyOrPaste(const QKeyEvent& key);
   void tellFocus();
 
   RolandLibrary& store_;

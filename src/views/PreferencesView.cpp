@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 
 #include "views/controls/ElidedLabel.h"
@@ -22,7 +23,6 @@ namespace tamboro {
 namespace {
 
 constexpr int groupWidth = 440;
-constexpr int noInterval = -1;
 
 struct Interval {
   int seconds;
@@ -31,12 +31,9 @@ struct Interval {
 constexpr std::array intervals{Interval{15, "15 seconds"}, Interval{30, "30 seconds"}, Interval{60, "1 minute"},
                                Interval{300, "5 minutes"}};
 
-/// The choice that stands for a stored interval, which can be any number.
-int choiceOf(double seconds) {
-  for (const Interval& interval : intervals) {
-    if (seconds == interval.seconds) return interval.seconds;
-  }
-  return noInterval;
+/// The stored interval can be any number.
+bool isChoice(double seconds) {
+  return std::ranges::any_of(intervals, [seconds](const Interval& interval) { return seconds == interval.seconds; });
 }
 
 QPushButton* makeButton(const QString& objectName, const QString& title) {
@@ -151,7 +148,8 @@ void PreferencesView::refresh() {
   cardPath_->setToolTip(path);
   cardPathRow_->setVisible(store_.rootPath().has_value());
   setChecked(*autosave_, store_.autoSaveEnabled());
-  interval_->setValue(choiceOf(store_.autoSaveInterval()));
+  const double seconds = store_.autoSaveInterval();
+  isChoice(seconds) ? interval_->setValue(static_cast<std::int64_t>(seconds)) : interval_->setValueBetween(seconds);
   intervalRow_->setVisible(store_.autoSaveEnabled());
   setChecked(*backup_, store_.backupBeforeSaveEnabled());
   lookForBackup();

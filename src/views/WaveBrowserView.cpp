@@ -297,7 +297,15 @@ void WaveBrowserView::refreshStrip() {
                                       : QStringLiteral("Import .wav files or drag them here"));
 }
 
-// ---- selection
+// ---- keyboard and selection
+
+void WaveBrowserView::takeKeyboard() {
+  list_->setFocus(Qt::ShortcutFocusReason);
+}
+
+void WaveBrowserView::search() {
+  search_->setFocus(Qt::ShortcutFocusReason);
+}
 
 void WaveBrowserView::followSelection() {
   std::set<RowKey> keys;

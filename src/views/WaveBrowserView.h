@@ -33,6 +33,9 @@ class WaveBrowserView : public QWidget {
                   QWidget* parent = nullptr);
 
   const std::set<WaveId>& selection() const { return selection_; }
+  /// To the list.
+  void takeKeyboard();
+  void search();
 
  private:
   QWidget* makeFilterBar();

@@ -121,6 +121,7 @@ void WaveBrowserView::openTagMenu(const RowKey& row) {
   // The current tag's entry covers the cell, as in a picker.
   const QRect cell = list_->cellRect(row, waveColumn::tag);
   menu->setMinimumWidth(cell.width());
+  menu->setActiveAction(current);  // the arrow keys begin there; told later, it would scroll the open menu
   menu->popup(list_->viewport()->mapToGlobal(cell.topLeft()), current);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <algorithm>
+#include <cmath>
 #include <future>
 #include <span>
 
@@ -196,6 +197,14 @@ QString waveImportFailureText(const std::vector<QString>& fileNames, const QStri
 
 QString waveTempoText(std::int64_t tenths) {
   return QString::number(static_cast<double>(tenths) / 10, 'f', 1);
+}
+
+std::optional<std::int64_t> waveTempoIn(const QString& text) {
+  bool isNumber = false;
+  const double beats = QString(text).replace(QLatin1Char(','), QLatin1Char('.')).trimmed().toDouble(&isNumber);
+  constexpr double most = 1e15;  // where tenths still are whole numbers
+  if (!isNumber || !(std::abs(beats) < most)) return std::nullopt;
+  return std::llround(beats * 10);
 }
 
 }  // namespace tamboro

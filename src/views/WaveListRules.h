@@ -73,5 +73,7 @@ QString waveImportText(int done, int total);
 QString waveImportFailureText(const std::vector<QString>& fileNames, const QString& lastFailure);
 /// Tenths of a beat per minute as "120.0".
 QString waveTempoText(std::int64_t tenths);
+/// A typed tempo in tenths, with a point or a comma; nothing where it is no number.
+std::optional<std::int64_t> waveTempoIn(const QString& text);
 
 }  // namespace tamboro

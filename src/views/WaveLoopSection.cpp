@@ -1,6 +1,7 @@
 #include "views/WaveLoopSection.h"
 
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 
 #include "library/RolandLibrary.h"
@@ -34,7 +35,7 @@ WaveLoopSection::WaveLoopSection(RolandLibrary& store, WaveId id, QWidget* paren
   setAccessibleName(QStringLiteral("Loop and tempo sync settings"));
   tempo_ = makeStepper(QStringLiteral("waveTempo"), QStringLiteral("Tempo"), 200, 4000);
   tempo_->setStep(10);
-  tempo_->setFormat(waveTempoText);
+  tempo_->setNotation({waveTempoText, waveTempoIn});
   beat_ = makeStepper(QStringLiteral("waveBeat"), QStringLiteral("Beat"), 0, 16);
   start_ = makeField(QStringLiteral("waveStart"), QStringLiteral("Start"));
   end_ = makeField(QStringLiteral("waveEnd"), QStringLiteral("End"));
@@ -83,6 +84,11 @@ void WaveLoopSection::addControl(QGridLayout& grid, int row, int column, const Q
   grid.addWidget(label, row, column);
   grid.addWidget(control, row, column + 1, Qt::AlignLeft | Qt::AlignVCenter);
   grid.setRowMinimumHeight(row, lineHeight());
+}
+
+/// What its controls leave, Return above all, would otherwise act on the list's row.
+void WaveLoopSection::keyPressEvent(QKeyEvent* event) {
+  event->accept();
 }
 
 void WaveLoopSection::refresh() {

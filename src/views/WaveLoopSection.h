@@ -23,6 +23,9 @@ class WaveLoopSection : public QWidget {
   static int neededHeight();
   void refresh();
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   Stepper* makeStepper(const QString& name, const QString& title, std::int64_t lower, std::int64_t upper);
   NumberField* makeField(const QString& name, const QString& title);

@@ -322,15 +322,58 @@ TEST(ContentView, SidebarGivesWayInANarrowWindow) {
   auto& columns = main.find<QSplitter>("columns");
   const QList<int> before = columns.sizes();
   EXPECT_EQ(before, (QList<int>{204, 568, 426}));
-  main.window.resize(1000, 800);
+  auto& kits = main.find("kitList");
+  kits.setFocus();
+  main.window.resize(900, 600);
   main.settle();
-  EXPECT_EQ(main.window.width(), 1000);
-  EXPECT_EQ(columns.sizes().first(), 0);
-  EXPECT_GE(columns.sizes()[1], 520);
-  EXPECT_GE(columns.sizes()[2], 400);
+  EXPECT_EQ(main.window.width(), 900);
+  EXPECT_FALSE(kits.isVisible());
+  EXPECT_EQ(main.window.focusWidget(), &main.find("padGrid"));
+  main.content.setKitListShown(true);
+  main.settle();
+  EXPECT_EQ(main.window.focusWidget(), &kits);
+  EXPECT_EQ(columns.sizes()[0] + columns.sizes()[1] + columns.sizes()[2] + 2, 900) << "none is pushed out";
+  EXPECT_GE(columns.sizes()[0], 190);
+  EXPECT_GE(columns.sizes()[2], 396);
   main.window.resize(1200, 800);
   main.settle();
   EXPECT_EQ(columns.sizes(), before);
+  main.content.setKitListShown(false);
+  EXPECT_FALSE(kits.isVisible());
+  main.find<QPushButton>("kitListButton").click();
+  EXPECT_TRUE(kits.isVisible());
+}
+
+TEST(ContentView, WhatAWideWindowHasMoreGoesToTheSamples) {
+  MainWindow main;
+  main.showCard();
+  main.window.resize(2560, 1400);
+  main.settle();
+  EXPECT_EQ(main.find<QSplitter>("columns").sizes(), (QList<int>{204, 900, 2560 - 2 - 204 - 900}));
+}
+
+TEST(ContentView, KeysLeadToTheColumnsAndTheirSearchFields) {
+  MainWindow main;
+  main.showCard();
+  const auto focus = [&] { return main.window.focusWidget()->objectName().toStdString(); };
+  const auto search = [&] {
+    main.content.search();
+    return focus();
+  };
+  const auto walk = [&](int step) {
+    main.content.walkColumns(step);
+    return focus();
+  };
+  EXPECT_EQ(focus(), "padGrid");
+  EXPECT_EQ(search(), "waveSearchText");
+  EXPECT_EQ(walk(-1), "padGrid");
+  EXPECT_EQ(walk(-1), "kitList");
+  EXPECT_EQ(search(), "kitSearchText");
+  EXPECT_EQ(walk(-1), "waveList");
+  EXPECT_EQ(walk(1), "kitList");
+  main.content.setKitListShown(false);
+  EXPECT_EQ(focus(), "padGrid") << "it left with the column";
+  EXPECT_EQ(walk(-1), "waveList");
 }
 
 }  // namespace

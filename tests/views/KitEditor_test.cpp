@@ -5,6 +5,8 @@
 #include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSlider>
 #include <QWheelEvent>
 
@@ -137,6 +139,26 @@ TEST(KitEditorView, AppearingKeepsThePadAndAChangeOfKitStartsAtTheFirst) {
   EXPECT_EQ(main.library.selectedPadIndex(), 0);
   EXPECT_EQ(main.library.recentKitSlots(), (std::vector<Slot>{2, 4, 1}));
   EXPECT_EQ(main.find("kitEditor").accessibleName(), QStringLiteral("Jazz"));
+}
+
+TEST(KitEditorView, TabReachesWhatStandsOverThePadsAndShowsIt) {
+  KitEditor main;
+  main.window.resize(1200, 420);
+  main.settle();
+  auto& area = main.find<QScrollArea>("kitScroll");
+  const auto isInSight = [&] {
+    const QWidget* focused = main.window.focusWidget();
+    return area.viewport()->rect().contains(QRect(focused->mapTo(area.viewport(), QPoint()), focused->size()));
+  };
+  area.verticalScrollBar()->setValue(area.verticalScrollBar()->maximum());
+  main.find("newKitButton").setFocus();
+  for (const char* next : {"kitName", "kitSubName", "kitVolumeSlider", "kitTempoSlider", "padGrid", "pad9"}) {
+    main.key(Qt::Key_Tab);
+    EXPECT_EQ(main.window.focusWidget()->objectName(), QString::fromLatin1(next));
+    EXPECT_TRUE(next == std::string_view("padGrid") || isInSight()) << next;
+  }
+  QTest::mouseClick(area.viewport(), Qt::LeftButton, {}, QPoint(4, 4));
+  EXPECT_EQ(main.window.focusWidget()->objectName(), QStringLiteral("padGrid")) << "a click beside everything";
 }
 
 TEST(KitEditorView, SlidersEditTheKit) {

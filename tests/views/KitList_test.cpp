@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -208,11 +209,25 @@ TEST(KitList, SelectionGoesBothWays) {
   EXPECT_EQ(library.selectedKitSlot(), 4);
   EXPECT_EQ(sidebar.list.selectedKeys(), std::set<RowKey>{allRow(4)});
   sidebar.list.setFocus();
-  QTest::keyClick(&sidebar.list, Qt::Key_Up);
-  EXPECT_EQ(library.selectedKitSlot(), 2);
   QTest::keyClick(&sidebar.list, Qt::Key_Home);
   QTest::keyClick(&sidebar.list, Qt::Key_Up);
-  EXPECT_EQ(library.selectedKitSlot(), 1) << "the cursor stays out of the recent kits";
+  EXPECT_EQ(library.selectedKitSlot(), 4) << "the cursor only walks";
+  library.setKitLevel(4, 1);
+  library.recordRecentKit(2);
+  sidebar.settle();
+  QSignalSpy handedOn(&sidebar.view, &KitListView::handsKeyboardOn);
+  QTest::keyClick(&sidebar.list, Qt::Key_Return);
+  EXPECT_EQ(library.selectedKitSlot(), 1) << "it stayed out of the recent kits, and where it was under other rows";
+  EXPECT_EQ(handedOn.count(), 1);
+  QTest::keyClicks(&sidebar.list, q("o"));
+  EXPECT_EQ(library.selectedKitSlot(), 1);
+  QTest::keyClick(&sidebar.list, Qt::Key_Delete);
+  ASSERT_EQ(sidebar.prompts.alerts.size(), 1U);
+  EXPECT_EQ(sidebar.prompts.alerts.front().first.title, kitDeleteTitle(q("Odd")));
+  sidebar.prompts.press(1);
+  QTest::keyClick(&sidebar.list, Qt::Key_F2);
+  ASSERT_NE(sidebar.nameField(), nullptr);
+  QTest::keyClick(sidebar.nameField(), Qt::Key_Return);
   library.setSelectedKitSlot(2);
   sidebar.settle();
   EXPECT_EQ(sidebar.shownSelection(), 2);
@@ -290,6 +305,9 @@ TEST(KitList, DoubleClickKeepsToItsRowWhenTheListMoves) {
   EXPECT_EQ(sidebar.rows(), "[Recent] 4 [All Kits] 1 2 4 ");
   ASSERT_NE(sidebar.nameField(), nullptr);
   EXPECT_EQ(sidebar.nameField()->text(), q("Odd"));
+  // So does one that is too far from the first to count as a double click, and the third.
+  QTest::mouseClick(sidebar.list.viewport(), Qt::LeftButton, {}, sidebar.place(allRow(2)) - QPoint(0, 40));
+  EXPECT_EQ(sidebar.store.library.selectedKitSlot(), 4);
 }
 
 TEST(KitList, KeepsItsPlaceWhenRowsComeAbove) {

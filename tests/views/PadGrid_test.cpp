@@ -15,12 +15,21 @@ TEST(PadGridMoves, ArrowsStayWithinTheMainPads) {
   struct Case {
     int from;
     std::array<std::optional<int>, 4> to;  // up, down, left, right
+    int padCount = 15;
   };
-  const std::vector<Case> cases{{4, {1, 7, 3, 5}}, {0, {0, 3, 0, 1}}, {2, {2, 5, 1, 2}},
-                                {8, {5, 8, 7, 8}}, {9, {}},           {14, {}}};
+  const std::vector<Case> cases{{4, {1, 7, 3, 5}},
+                                {0, {0, 3, 0, 1}},
+                                {2, {2, 5, 1, 2}},
+                                {8, {5, 8, 7, 8}},
+                                {9, {}},
+                                {14, {}},
+                                // The row below ends before it, or isn't there.
+                                {2, {2, 2, 1, 2}, 5},
+                                {4, {1, 4, 3, 4}, 5},
+                                {0, {0, 0, 0, 0}, 1}};
   for (const Case& c : cases) {
     for (std::size_t move = 0; move < 4; ++move)
-      EXPECT_EQ(padAfterMove(c.from, static_cast<PadMove>(move)), c.to[move]) << c.from << " by " << move;
+      EXPECT_EQ(padAfterMove(c.from, static_cast<PadMove>(move), c.padCount), c.to[move]) << c.from << " by " << move;
   }
 }
 
@@ -156,6 +165,23 @@ TEST(PadGrid, PadsBeyondTheMainOnesAreReachedByTab) {
   main.key(Qt::Key_Tab);
   main.key(Qt::Key_Space);
   EXPECT_EQ(main.library.selectedPadIndex(), 10);
+}
+
+TEST(PadGrid, CopiesAndPastesTheSoundOfThePadInUse) {
+  KitEditor main;
+  const auto key = [&](Qt::Key pressed) {
+    QTest::keyClick(main.window.focusWidget(), pressed, Qt::ControlModifier);
+    main.settle();
+  };
+  key(Qt::Key_C);
+  EXPECT_EQ(main.library.copiedWaveIndex(), 205);
+  main.key(Qt::Key_Right);
+  main.library.setCopiedWaveIndex(207);
+  key(Qt::Key_V);
+  EXPECT_EQ(main.elementText(1, "Wv"), "207");
+  main.key(Qt::Key_Tab);
+  key(Qt::Key_V);
+  EXPECT_EQ(main.elementText(9, "Wv"), "207") << "where the keyboard is, selected or not";
 }
 
 TEST(PadGrid, ArrowsFromATriggerInputAreUsedUpWithoutEffect) {

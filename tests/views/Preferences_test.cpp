@@ -108,6 +108,12 @@ TEST(PreferencesView, AnotherIntervalShowsNoChoiceAndStays) {
     EXPECT_EQ(form.find<MenuPicker>("intervalPicker").currentIndex(), -1) << stored;
     EXPECT_EQ(form.store.library.autoSaveInterval(), stored);
   }
+  Form between;
+  between.store.library.setAutoSaveInterval(42);
+  between.show();
+  between.settle();
+  QTest::keyClick(&between.find<MenuPicker>("intervalPicker"), Qt::Key_Down);
+  EXPECT_EQ(between.store.library.autoSaveInterval(), 60) << "the next one, not the first";
 }
 
 TEST(PreferencesView, BackupFolderCanBeShownOnceADrawingFoundIt) {

@@ -209,6 +209,7 @@ TEST(WaveBrowser, TagMenuChangesTheTag) {
     QMenu* menu = browser.find<QMenu>("waveTagMenu");
     for (const QAction* entry : menu->actions())
       titles << entry->text() + (entry->isChecked() ? q("*") : QString());
+    EXPECT_EQ(menu->activeAction() != nullptr, titles.join(QString()).contains(q("*"))) << "where the arrow keys begin";
     menu->close();
     browser.settle();
     return titles;
@@ -340,6 +341,17 @@ TEST(WaveBrowser, LoopSectionWritesAndReadsBack) {
   EXPECT_EQ(browser.library.wave(205)->start(), 0);
   QTest::keyClick(start, Qt::Key_Return);
   EXPECT_EQ(browser.library.wave(205)->start(), -640909);
+  browser.library.setSelectedKitSlot(1);
+  browser.click(205, waveColumn::name);
+  QTest::keyClick(tempo, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(tempo, q("95,5"));
+  QTest::keyClick(tempo, Qt::Key_Return);
+  EXPECT_EQ(browser.library.wave(205)->tempo(), 955);
+  QTest::keyClick(tempo, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(tempo, q("7"));
+  QTest::keyClick(tempo, Qt::Key_Up);
+  EXPECT_EQ(browser.library.wave(205)->tempo(), 210) << "typed, brought into the range, and a step";
+  EXPECT_FALSE(browser.library.kit(1)->isDirty) << "Return in a field is none on its row";
   for (const char* typed : {"", "12x", "9223372036854775808"}) {
     start->selectAll();
     QTest::keyClick(start, Qt::Key_Delete);

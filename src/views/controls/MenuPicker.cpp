@@ -1,6 +1,9 @@
 #include "views/controls/MenuPicker.h"
 
+#include <QAbstractItemView>
+#include <QKeyEvent>
 #include <QSignalBlocker>
+#include <cmath>
 
 namespace tamboro {
 
@@ -26,7 +29,43 @@ void MenuPicker::addNumbers(std::int64_t lower, std::int64_t upper, const QStrin
 
 void MenuPicker::setValue(std::int64_t value) {
   const QSignalBlocker blocker(this);
+  value_ = static_cast<double>(value);
   setCurrentIndex(findData(static_cast<qint64>(value)));
+}
+
+void MenuPicker::setValueBetween(double value) {
+  const QSignalBlocker blocker(this);
+  value_ = value;
+  setCurrentIndex(-1);
+}
+
+/// The row whose value is the next one above (1) or below (-1) the value that has no row; 0: the nearest of both.
+int MenuPicker::rowBeside(int way) const {
+  int found = -1;
+  double least = 0;
+  for (int row = 0; row < count(); ++row) {
+    const double distance = static_cast<double>(itemData(row).toLongLong()) - value_;
+    if (distance * way < 0 || (found >= 0 && std::abs(distance) >= least)) continue;
+    found = row;
+    least = std::abs(distance);
+  }
+  return found;
+}
+
+void MenuPicker::showPopup() {
+  QComboBox::showPopup();
+  // Else the arrow keys would begin at the first row.
+  if (currentIndex() < 0) view()->setCurrentIndex(model()->index(rowBeside(0), modelColumn(), rootModelIndex()));
+}
+
+void MenuPicker::keyPressEvent(QKeyEvent* event) {
+  const int way = event->key() == Qt::Key_Down ? 1 : event->key() == Qt::Key_Up ? -1 : 0;
+  const bool isStep = way != 0 && currentIndex() < 0 && !(event->modifiers() & ~Qt::KeypadModifier);
+  if (!isStep) return QComboBox::keyPressEvent(event);
+  if (const int row = rowBeside(way); row >= 0) {
+    setCurrentIndex(row);
+    Q_EMIT activated(row);
+  }
 }
 
 void MenuPicker::setWidth(int width) {

@@ -17,16 +17,25 @@ class MenuPicker : public QComboBox {
   /// Rows `lower` to `upper`, each called by its number behind the prefix.
   void addNumbers(std::int64_t lower, std::int64_t upper, const QString& prefix = {});
   void setValue(std::int64_t value);
+  /// A value between the rows': none is chosen, and the keyboard begins at the nearest.
+  void setValueBetween(double value);
   /// The width in a form; a narrow column may take up to a half of it.
   void setWidth(int width);
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
+  void showPopup() override;
 
  Q_SIGNALS:
   void chosen(qint64 value);
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
+  int rowBeside(int way) const;
+
   int width_ = 0;
+  double value_ = 0;  ///< as last set, which may have no row
 };
 
 }  // namespace tamboro

@@ -26,6 +26,7 @@ class RowField : public QLineEdit {
   void wheelEvent(QWheelEvent* event) override { QCoreApplication::sendEvent(list_.viewport(), event); }
   void focusInEvent(QFocusEvent* event) override {
     QLineEdit::focusInEvent(event);
+    if (event->reason() != Qt::MouseFocusReason) list_.revealField(*this);
     list_.viewport()->update();
   }
   void focusOutEvent(QFocusEvent* event) override {
@@ -161,6 +162,8 @@ std::set<RowKey> RowList::selectedKeys() const {
 
 void RowList::setSelectedKeys(const std::set<RowKey>& keys) {
   if (keys == selectedKeys()) return;
+  // Other rows under it leave a cursor that walks by itself where it is; another selection brings it along.
+  const bool keepsCursor = isFilling_ && !cursorSelects_;
   const QScopedValueRollback filling(isFilling_, true);
   QItemSelection selection;
   int first = -1;
@@ -175,7 +178,7 @@ void RowList::setSelectedKeys(const std::set<RowKey>& keys) {
     start = -1;
   }
   selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-  if (first >= 0 && (!currentIndex().isValid() || !isRowSelected(currentIndex().row())))
+  if (first >= 0 && (!currentIndex().isValid() || (!keepsCursor && !isRowSelected(currentIndex().row()))))
     selectionModel()->setCurrentIndex(rows_->index(first, mainColumn_), QItemSelectionModel::NoUpdate);
 }
 
@@ -272,6 +275,12 @@ QLineEdit* RowList::field(const RowKey& key) const {
 
 QList<QLineEdit*> RowList::fields() const {
   return living(fields_);
+}
+
+/// The keyboard can come back to a field that was scrolled away.
+void RowList::revealField(const QLineEdit& field) {
+  for (const auto& [key, open] : fields_)
+    if (open == &field) reveal(key);
 }
 
 void RowList::openDetail(const RowKey& key, QWidget* detail) {

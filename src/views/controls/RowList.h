@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractItemView>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPointer>
 #include <map>
@@ -29,6 +30,8 @@ class RowList : public QAbstractItemView {
   void announceColumn(int column);
   /// The column with the row's name, where the keyboard stands unless it was moved to a control of the row.
   void setMainColumn(int column) { mainColumn_ = column; }
+  /// Whether the keys that move the cursor, and typing that finds a name, select as they go. They do without this.
+  void setCursorSelects(bool on) { cursorSelects_ = on; }
 
   struct Field {
     QString objectName, accessibleName, placeholder, text;
@@ -38,6 +41,7 @@ class RowList : public QAbstractItemView {
   void openField(const RowKey& key, const Field& texts, std::function<void(const QString&)> commit);
   QLineEdit* field(const RowKey& key) const;
   QList<QLineEdit*> fields() const;
+  void revealField(const QLineEdit& field);
   /// Takes the widget that fills the detail row; it goes with its row.
   void openDetail(const RowKey& key, QWidget* detail);
   QWidget* detail(const RowKey& key) const;
@@ -78,6 +82,7 @@ class RowList : public QAbstractItemView {
   int verticalOffset() const override;
   bool isIndexHidden(const QModelIndex&) const override { return false; }
   void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
   QRegion visualRegionForSelection(const QItemSelection& selection) const override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -113,6 +118,7 @@ class RowList : public QAbstractItemView {
   QModelIndex landing(int row) const;
   QModelIndex control(const QModelIndex& index, int step) const;
   bool activate(QKeyEvent& event);
+  bool isSecondClick(const QPoint& point, const std::optional<RowKey>& key) const;
   void beginControl(const QModelIndex& index);
   void hover(const QModelIndex& index);
   void updateRow(int row);
@@ -127,12 +133,16 @@ class RowList : public QAbstractItemView {
   RowModel* rows_;
   RowDelegate* delegate_;
   int mainColumn_ = 0;
+  bool cursorSelects_ = true;
+  bool isSearching_ = false;
   bool isFilling_ = false;
   QPersistentModelIndex hovered_;
   QPersistentModelIndex sunken_;  ///< the control that the mouse holds down
   std::optional<RowKey> pressed_;
   QPoint pressedPlace_;  ///< from the pressed row's corner
   QPoint pressedPoint_;  ///< in the viewport
+  QRect pressedArea_;    ///< the pressed row's, in the viewport, as it was
+  QElapsedTimer sincePress_;
   std::map<RowKey, QPointer<QLineEdit>> fields_;
   std::map<RowKey, QPointer<QWidget>> details_;
   mutable std::vector<int> tops_;  ///< each row's upper edge and the last one's lower; empty while unknown

@@ -21,7 +21,7 @@ int RowList::nearestSelectable(int row, int step) const {
 /// In the column where the keyboard stands, if the row has a control there.
 QModelIndex RowList::landing(int row) const {
   if (row < 0) return {};
-  const QModelIndex same = rows_->index(row, std::max(0, currentIndex().column()));
+  const QModelIndex same = rows_->index(row, currentIndex().isValid() ? currentIndex().column() : mainColumn_);
   return isControl(same) ? same : rows_->index(row, mainColumn_);
 }
 
@@ -93,7 +93,14 @@ void RowList::keyboardSearch(const QString& search) {
   const QModelIndex current = currentIndex();
   if (current.isValid() && current.column() != mainColumn_)
     selectionModel()->setCurrentIndex(current.siblingAtColumn(mainColumn_), QItemSelectionModel::NoUpdate);
+  const QScopedValueRollback searching(isSearching_, true);
   QAbstractItemView::keyboardSearch(search);
+}
+
+QItemSelectionModel::SelectionFlags RowList::selectionCommand(const QModelIndex& index, const QEvent* event) const {
+  const bool isCursor = isSearching_ || (event && event->type() == QEvent::KeyPress);
+  return isCursor && !cursorSelects_ ? QItemSelectionModel::NoUpdate
+                                     : QAbstractItemView::selectionCommand(index, event);
 }
 
 void RowList::focusInEvent(QFocusEvent* event) {
@@ -116,12 +123,21 @@ void RowList::beginControl(const QModelIndex& index) {
   updateRow(index.row());
 }
 
+/// Meant for the row that stood there when the first one selected it, and moved on with that.
+bool RowList::isSecondClick(const QPoint& point, const std::optional<RowKey>& key) const {
+  return pressed_ && key != pressed_ && sincePress_.isValid() &&
+         !sincePress_.hasExpired(QApplication::doubleClickInterval()) && pressedArea_.contains(point);
+}
+
 void RowList::mousePressEvent(QMouseEvent* event) {
   const QPoint point = event->position().toPoint();
   const QModelIndex index = indexAt(point);
+  if (event->button() == Qt::LeftButton && isSecondClick(point, rows_->key(index))) return;
   pressed_ = rows_->key(index);
   pressedPoint_ = point;
-  if (index.isValid()) pressedPlace_ = point - rowRect(index.row()).topLeft();
+  pressedArea_ = index.isValid() ? rowRect(index.row()) : QRect();
+  sincePress_.start();
+  if (index.isValid()) pressedPlace_ = point - pressedArea_.topLeft();
   // A click beside the rows selects nothing else, and the secondary button only asks for the menu.
   if (event->button() != Qt::LeftButton || !index.isValid()) return;
   if (isControl(index)) return beginControl(index);
@@ -155,6 +171,7 @@ void RowList::mouseReleaseEvent(QMouseEvent* event) {
 
 void RowList::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return;
+  sincePress_.start();
   const QModelIndex index = indexAt(event->position().toPoint());
   if (isControl(index)) return beginControl(index);
   if (pressed_ && pressed_->kind == RowKey::Kind::record) Q_EMIT rowDoubleClicked(*pressed_, pressedPlace_);

@@ -1,5 +1,6 @@
 #include "views/controls/Sheet.h"
 
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -22,6 +23,20 @@ QPushButton* makeButton(const QString& title) {
 }
 
 }  // namespace
+
+bool pressesFocusedButton(const QDialog& dialog, const QKeyEvent& event) {
+#ifdef Q_OS_MACOS
+  Q_UNUSED(dialog);
+  Q_UNUSED(event);  // there Return is the default button's alone
+  return false;
+#else
+  const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+  auto* button = qobject_cast<QPushButton*>(dialog.focusWidget());
+  if (!isReturn || (event.modifiers() & ~Qt::KeypadModifier) || !button) return false;
+  if (!event.isAutoRepeat()) button->click();  // held since it opened what the button stands in, it presses nothing
+  return true;
+#endif
+}
 
 Sheet::Sheet(const QString& objectName, const QString& title, QWidget* parent)
 #ifdef Q_OS_MACOS
@@ -53,6 +68,10 @@ QPushButton* Sheet::addHeader(const QString& title, const QString& closeTitle) {
   rows_->insertWidget(0, header);
   connect(close, &QPushButton::clicked, this, &QDialog::accept);
   return close;
+}
+
+void Sheet::keyPressEvent(QKeyEvent* event) {
+  if (!pressesFocusedButton(*this, *event)) QDialog::keyPressEvent(event);
 }
 
 QPushButton* Sheet::addButton(const QString& title) {

@@ -3,13 +3,18 @@
 #include <QDialog>
 
 class QHBoxLayout;
+class QKeyEvent;
 class QPushButton;
 class QVBoxLayout;
 
 namespace tamboro {
 
-/// A window-modal dialog in the look's space. Shown with `open`, never with `exec`; Escape closes it; deletes itself
-/// when closed.
+/// For a dialog whose buttons aren't the toolkit's automatic defaults: Return on one that has the focus presses it, and
+/// so is done with.
+bool pressesFocusedButton(const QDialog& dialog, const QKeyEvent& event);
+
+/// A window-modal dialog in the look's space. Shown with `open`, never with `exec`; Escape closes it, Return presses
+/// the button that has the focus, else the default one; deletes itself when closed.
 class Sheet : public QDialog {
   Q_OBJECT
 
@@ -22,6 +27,9 @@ class Sheet : public QDialog {
   QVBoxLayout* column() { return column_; }
   /// The row at the lower trailing corner; buttons stand in the order in which they are added.
   QPushButton* addButton(const QString& title);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   QVBoxLayout* rows_;

@@ -1,7 +1,6 @@
 #include "views/controls/Stepper.h"
 
 #include <QAccessible>
-#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -18,22 +17,25 @@ namespace {
 constexpr int firstRepeat = 400;
 constexpr int laterRepeat = 75;
 constexpr int halvesGap = 8;
+constexpr int textPadding = 5;
+/// The toolkit's own name of a spin box's field: by it assistive tools take both for one thing.
+const QString toolkitName = QStringLiteral("qt_spinbox_lineedit");
 }  // namespace
 
 Stepper::Stepper(QWidget* parent)
-    : QAbstractSpinBox(parent), format_([](std::int64_t value) { return QString::number(value); }) {
-  // The base's field only tells assistive tools the text: nothing can be typed here.
-  lineEdit()->setReadOnly(true);
-  lineEdit()->hide();
+    : QAbstractSpinBox(parent), field_(new NumberField(toolkitName, QStringLiteral("Value"))) {
+  setLineEdit(field_);
   setFrame(false);
   setFont(Look::monospaced(TextStyle::caption));
   setAttribute(Qt::WA_Hover);
-  setAttribute(Qt::WA_InputMethodEnabled, false);
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
-  setCursor(Qt::ArrowCursor);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-  refreshText();
+  connect(field_, &NumberField::edited, this, [this](std::int64_t typed) {
+    const std::int64_t taken = std::clamp(typed, lower_, upper_);
+    setValue(taken);
+    Q_EMIT edited(taken);
+  });
 }
 
 void Stepper::setRange(std::int64_t lower, std::int64_t upper) {
@@ -47,9 +49,8 @@ void Stepper::setStep(std::int64_t step) {
   step_ = step;
 }
 
-void Stepper::setFormat(std::function<QString(std::int64_t)> format) {
-  format_ = std::move(format);
-  refreshText();
+void Stepper::setNotation(NumberField::Notation notation) {
+  field_->setNotation(std::move(notation));
   updateGeometry();
 }
 
@@ -59,13 +60,12 @@ void Stepper::setValueWidth(int width) {
 }
 
 void Stepper::setValue(std::int64_t value) {
-  if (value == value_) return;
-  value_ = value;
-  refreshText();
+  if (value == field_->value()) return;
+  field_->setValue(value);
+  tellValue();
 }
 
-void Stepper::refreshText() {
-  lineEdit()->setText(format_(value_));
+void Stepper::tellValue() {
   update();
   if (!QAccessible::isActive()) return;
   QAccessibleValueChangeEvent told(this, accessibleValue());
@@ -75,13 +75,14 @@ void Stepper::refreshText() {
 // ---- steps
 
 void Stepper::stepBy(int steps) {
+  field_->take();  // what was typed is where the step begins
   // Outside the range by any amount: the sum below could overflow.
-  change(isOutside() ? value_ : value_ + steps * step_);
+  change(isOutside() ? value() : value() + steps * step_);
 }
 
 void Stepper::change(std::int64_t value) {
   value = std::clamp(value, lower_, upper_);
-  if (value == value_) return;
+  if (value == this->value()) return;
   setValue(value);
   Q_EMIT edited(value);
 }
@@ -94,8 +95,8 @@ void Stepper::takeAccessibleValue(double value) {
 QAbstractSpinBox::StepEnabled Stepper::stepEnabled() const {
   if (isOutside()) return StepUpEnabled | StepDownEnabled;
   StepEnabled enabled = StepNone;
-  enabled.setFlag(StepUpEnabled, value_ < upper_);
-  enabled.setFlag(StepDownEnabled, value_ > lower_);
+  enabled.setFlag(StepUpEnabled, value() < upper_);
+  enabled.setFlag(StepDownEnabled, value() > lower_);
   return enabled;
 }
 
@@ -137,8 +138,32 @@ void Stepper::contextMenuEvent(QContextMenuEvent* event) {
 int Stepper::textWidth() const {
   if (valueWidth_) return *valueWidth_;
   const QFontMetrics metrics(font());
-  return std::max({metrics.horizontalAdvance(format_(lower_)), metrics.horizontalAdvance(format_(upper_)),
-                   metrics.horizontalAdvance(format_(value_))});
+  int widest = 0;
+  for (const std::int64_t shown : {lower_, upper_, value()})
+    widest = std::max(widest, metrics.horizontalAdvance(field_->written(shown)));
+  return widest + 2 * Look::px(textPadding);
+}
+
+QRect Stepper::textBox() const {
+  const QRect inside = rect().adjusted(0, ringRoom, 0, -ringRoom);
+  return QStyle::visualRect(layoutDirection(), rect(), QRect(0, inside.y(), textWidth(), inside.height()));
+}
+
+void Stepper::placeField() {
+  const auto side = QStyle::visualAlignment(layoutDirection(), valueWidth_ ? Qt::AlignRight : Qt::AlignLeft);
+  field_->setAlignment(side | Qt::AlignVCenter | Qt::AlignAbsolute);
+  const int beside = std::max(0, Look::px(textPadding) - 2);  // the field itself adds 2
+  field_->setGeometry(textBox().adjusted(beside, 0, -beside, 0));
+}
+
+void Stepper::resizeEvent(QResizeEvent*) {
+  placeField();
+}
+
+void Stepper::changeEvent(QEvent* event) {
+  QAbstractSpinBox::changeEvent(event);
+  if (event->type() == QEvent::FontChange) field_->setFont(font());
+  if (event->type() == QEvent::LayoutDirectionChange) placeField();
 }
 
 QSize Stepper::sizeHint() const {
@@ -179,10 +204,10 @@ void Stepper::paintHalf(QPainter& painter, int direction) const {
 void Stepper::paintEvent(QPaintEvent*) {
   const Look& look = Look::current();
   QPainter painter(this);
-  const QRect text = QStyle::visualRect(layoutDirection(), rect(), QRect(0, 0, textWidth(), height()));
-  painter.setPen(isEnabled() ? look.primary : look.disabledText);
-  paintText(painter, layoutDirection(), text, (valueWidth_ ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
-            QFontMetrics(painter.font()).elidedText(lineEdit()->text(), Qt::ElideRight, text.width()));
+  // Like a plain field, which can be told from a text once it is looked for.
+  if (isEnabled() && (hasFocus() || underMouse()))
+    paintBox(painter, textBox(), controlRadius - 1, look.base, hasFocus() ? look.focusRing : look.fieldOutline,
+             hasFocus() ? 2 : 1);
   paintBox(painter, halves(), controlRadius - 1, isEnabled() ? look.button : look.disabledFill,
            isEnabled() ? look.buttonOutline : look.separator);
   paintHalf(painter, 1);
@@ -190,7 +215,6 @@ void Stepper::paintEvent(QPaintEvent*) {
   const double line = std::max(1.0, std::floor(devicePixelRatioF())) / devicePixelRatioF();
   const QRectF lower = half(-1);
   painter.fillRect(QRectF(lower.x(), lower.y(), lower.width(), line), look.separator);
-  if (hasFocus()) paintFocusRing(painter, halves(), controlRadius - 1);
 }
 
 }  // namespace tamboro

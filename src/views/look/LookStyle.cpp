@@ -15,6 +15,7 @@
 #include <QStyleOption>
 #include <QToolTip>
 
+#include "views/look/HoverEnds.h"
 #include "views/look/Look.h"
 #include "views/look/LookPaint.h"
 
@@ -62,6 +63,7 @@ void LookStyle::install(QApplication& application) {
   Look::takeFonts(application.font());
   application.setFont(Look::font(TextStyle::body));
   application.setStyle(new LookStyle);
+  new HoverEnds(&application);
   QToolTip::setFont(Look::font(TextStyle::caption));
   apply(look);
 }
@@ -252,7 +254,9 @@ QRect LookStyle::subElementRect(SubElement element, const QStyleOption* option, 
     case SE_CheckBoxClickRect:
       return option->rect;
     case SE_LineEditContents: {
-      const int side = Look::px(8) - 2;  // the field itself adds 2
+      const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+      if (frame && frame->lineWidth == 0) return option->rect;  // part of another control, which keeps the distance
+      const int side = Look::px(8) - 2;                         // the field itself adds 2
       return option->rect.adjusted(side, 0, -side, 0);
     }
     default:

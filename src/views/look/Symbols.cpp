@@ -166,6 +166,11 @@ std::map<QString, Drawing> drawings() {
       {key("square.grid.3x3.fill"), [](Sketch& s) { grid(s, true); }},
       {key("internaldrive.fill"), drive},
       {key("tag"), tag},
+      {key("sidebar.left"),
+       [](Sketch& s) {
+         s.box({1.4, 2.6, 13.2, 10.8}, 1.8);
+         s.line({{5.8, 2.8}, {5.8, 13.2}});
+       }},
       {key("square.and.arrow.down"),
        [](Sketch& s) {
          openBox(s);
