@@ -2,6 +2,8 @@
 
 #include <QGuiApplication>
 #include <QPointer>
+#include <ranges>
+#include <utility>
 
 #include "library/LibraryError.h"
 #include "library/RolandLibrary.h"
@@ -74,9 +76,9 @@ void WaveImports::listNext() {
   unlisted_.pop_front();
   try {
     const std::vector<SoundSource> found = soundsIn(files_, folder.source.path);
-    for (auto source = found.rbegin(); source != found.rend(); ++source) {
-      if (!source->isFolder) ++total_;
-      unlisted_.push_front({*source, folder.tag});
+    for (const SoundSource& source : std::ranges::reverse_view(found)) {
+      if (!source.isFolder) ++total_;
+      unlisted_.push_front({source, folder.tag});
     }
   } catch (const FileError&) {
     fail(folder.source.path, std::current_exception());
