@@ -154,6 +154,42 @@ class PlainListAccessible : public QAccessibleWidget {
   mutable QHash<int, QAccessible::Id> rows_;
 };
 
+/// Goes by its chosen row, as the toolkit's own do on this desktop, but by its own name where none is chosen.
+class PickerAccessible : public QAccessibleWidget {
+ public:
+  explicit PickerAccessible(QComboBox& picker) : QAccessibleWidget(&picker, QAccessible::ComboBox), picker_(picker) {}
+
+  int childCount() const override { return 1; }
+  QAccessibleInterface* child(int place) const override {
+    return place == 0 ? QAccessible::queryAccessibleInterface(picker_.view()) : nullptr;
+  }
+  int indexOfChild(const QAccessibleInterface* child) const override {
+    return child && child->object() == picker_.view() ? 0 : -1;
+  }
+  QAccessibleInterface* childAt(int, int) const override { return nullptr; }
+  QString text(QAccessible::Text kind) const override {
+    const bool goesByRow = kind == QAccessible::Name || kind == QAccessible::Value;
+    const QString row = goesByRow ? picker_.currentText() : QString();
+    return row.isEmpty() && kind != QAccessible::Value ? QAccessibleWidget::text(kind) : row;
+  }
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.expandable = true;
+    state.expanded = picker_.view()->isVisible();
+    state.collapsed = !state.expanded;
+    state.hasPopup = true;
+    return state;
+  }
+  QStringList actionNames() const override { return {showMenuAction(), pressAction(), setFocusAction()}; }
+  void doAction(const QString& name) override {
+    if (name == setFocusAction()) return QAccessibleWidget::doAction(name);
+    picker_.view()->isVisible() ? picker_.hidePopup() : picker_.showPopup();
+  }
+
+ private:
+  QComboBox& picker_;
+};
+
 QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
   if (className == QLatin1String("QMainWindow"))
     return new WindowAccessible(static_cast<QWidget*>(object), QAccessible::Window);
@@ -162,6 +198,8 @@ QAccessibleInterface* makeAccessible(const QString& className, QObject* object) 
   if (className == QLatin1String("QSplitterHandle"))
     return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Separator);
   if (className == QLatin1String("QListView")) return new PlainListAccessible(*static_cast<QListView*>(object));
+  if (auto* picker = qobject_cast<QComboBox*>(object); picker && className == QLatin1String("QComboBox"))
+    return picker->isEditable() ? nullptr : new PickerAccessible(*picker);
   return nullptr;
 }
 

@@ -1,9 +1,12 @@
 #include "views/controls/EditField.h"
 
 #include <QInputMethodEvent>
+#include <QPainter>
 #include <QSignalBlocker>
-#include <QStyle>
+#include <QStyleOption>
 
+#include "views/controls/CardText.h"
+#include "views/look/LookPaint.h"
 #include "views/look/LookStyle.h"
 
 namespace tamboro {
@@ -58,6 +61,18 @@ void EditField::changeEvent(QEvent* event) {
 /// On the column's edge also where the text runs the other way: it is a title as long as nobody types in it.
 void EditField::align() {
   setAlignment(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter));
+}
+
+/// The toolkit leaves room up to the next stop for a tab; a title has a blank there.
+void EditField::paintEvent(QPaintEvent* event) {
+  if (hasFocus() || !text().contains(QLatin1Char('\t'))) return QLineEdit::paintEvent(event);
+  QStyleOptionFrame option;
+  initStyleOption(&option);
+  QPainter painter(this);
+  style()->drawPrimitive(QStyle::PE_PanelLineEdit, &option, &painter, this);
+  const QRect room = style()->subElementRect(QStyle::SE_LineEditContents, &option, this).adjusted(2, 0, -2, 0);
+  painter.setPen(palette().color(QPalette::Text));
+  paintText(painter, Qt::LeftToRight, room, alignment(), visibleText(text()));
 }
 
 void EditField::inputMethodEvent(QInputMethodEvent* event) {

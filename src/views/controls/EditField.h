@@ -25,6 +25,7 @@ class EditField : public QLineEdit {
   void refresh();
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void changeEvent(QEvent* event) override;
 

@@ -1,6 +1,5 @@
 #include "views/look/LookStyle.h"
 
-#include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
@@ -267,8 +266,11 @@ QRect LookStyle::subElementRect(SubElement element, const QStyleOption* option, 
 /// An open row has its mark, which the closed picker hasn't: wide enough for the longest.
 QRect LookStyle::comboBoxPopup(const QRect& shape, const QWidget* widget) {
   const auto* box = qobject_cast<const QComboBox*>(widget);
-  const int rows = box ? box->view()->sizeHintForColumn(box->modelColumn()) + 2 : 0;
-  return {shape.topLeft(), QSize(std::max(shape.width(), rows), shape.height())};
+  int widest = 0;
+  for (int row = 0; box && row < box->count(); ++row)
+    widest = std::max(widest, box->fontMetrics().horizontalAdvance(box->itemText(row)));
+  const int around = Look::px(20) + 2 * (Look::px(10) + 4) + 3;
+  return {shape.topLeft(), QSize(std::max(shape.width(), widest + around), shape.height())};
 }
 
 QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
