@@ -66,12 +66,12 @@ TEST(WaveImports, OneFileAfterAnotherUnderItsNameAndTheBatchsTag) {
   EXPECT_THAT(batch.imported(), ElementsAre("Kick.v2/1", "snare/0", "caf\uFFFD/0"));
   ASSERT_EQ(batch.failures.size(), 1U) << "at the batch's end, and once";
   EXPECT_THAT(batch.failures[0], ::testing::StartsWith("2 files couldn't be imported: gone.wav, lost.wav. "));
-  EXPECT_THAT(batch.failures[0], ::testing::HasSubstr("\n\nNo such file"));
+  EXPECT_THAT(batch.failures[0], ::testing::HasSubstr("No such file"));
   EXPECT_FALSE(batch.imports->isRunning());
   EXPECT_EQ(batch.imports->done(), 5);
   batch.start({"/home/gone.wav"});
   batch.run();
-  EXPECT_THAT(batch.failures[1], ::testing::StartsWith("No such file"));
+  EXPECT_THAT(batch.failures[1], ::testing::HasSubstr("No such file"));
   batch.start({"/home/snare.WAV"});
   EXPECT_EQ(batch.imports->done(), 0);
   EXPECT_EQ(batch.imports->total(), 1);
