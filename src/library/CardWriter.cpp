@@ -167,16 +167,19 @@ void BatchWriter::makeTemporaryFolder() {
 
 // Step 3, for folders that are in place. A folder that outgrows its clusters shows what the new one held before, as its
 // entries, while the chain is on the device and the cluster's content isn't. So it grows now, by names that are gone
-// again before anything is written, and is synced with each cluster: that writes the content before the chain. Several at
-// once could have a chain that leads on to clusters whose part of the allocation table isn't written yet.
+// again before anything is written. A sync behind each cluster writes its content, then its place in the allocation
+// table, then what leads there, as long as nothing of the table waited before and keeps its place in that order. And as
+// nothing else waits, the system has no reason to write by itself in between.
 void BatchWriter::growFolders() {
-  root_.writeBackVolume();
+  bool isFirst = true;
   for (const auto& [folder, entries] : batch_->entries) {
     if (std::ranges::find(batch_->newFolders, folder) != batch_->newFolders.end()) continue;
+    if (isFirst) barrier();
+    isFirst = false;
     const std::unique_ptr<OpenFile> held = card_.open(folder);
     std::uint64_t size = held->size();
     grow(folder, entries, [&] {
-      if (held->size() == size) return;
+      if (held->size() == size) return root_.writeBackVolume();
       held->sync();
       size = held->size();
     });

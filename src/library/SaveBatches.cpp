@@ -40,7 +40,7 @@ class Room {
   // What a new folder takes; names that come into it find that room there.
   std::uint64_t clustersForFolder(const Path& folder) {
     newEntries_[folder].roomMade = newFolderEntries;
-    return 1 + clustersForEntries(newFolderEntries);
+    return clustersForEntries(newFolderEntries);
   }
 
   bool holds(std::uint64_t needed) const { return needed <= free_; }

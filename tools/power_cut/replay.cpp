@@ -324,6 +324,9 @@ class Replay {
     }
     judgeOrder(seen, faults);
     judgeNames(seen, faults);
+    // Entries that nobody made lead anywhere.
+    const auto is = [](Fault kind) { return [kind](const auto& fault) { return fault.first == kind; }; };
+    if (std::ranges::any_of(faults, is(stale))) std::erase_if(faults, is(shared));
   }
 
   void judgeOrder(const Seen& seen, std::vector<std::pair<Fault, std::string>>& faults) const {
@@ -372,7 +375,7 @@ class Replay {
     ++states_.at(what);
     look(seen_);
     const auto [found, isNew] = verdicts_.try_emplace(seen_.hash, 0);
-    if (isNew || examplesOf(found->second) < examplesShown) {
+    if (isNew || examplesOf(found->second, what) < examplesShown) {
       std::vector<std::pair<Fault, std::string>> faults;
       judge(seen_, faults);
       for (const auto& [kind, path] : faults) {
@@ -384,10 +387,10 @@ class Replay {
   }
 
   // The least that any of the faults has.
-  std::size_t examplesOf(unsigned faults) const {
+  std::size_t examplesOf(unsigned faults, std::size_t what) const {
     std::size_t least = examplesShown;
     for (unsigned kind = 0; kind < firstNote; ++kind) {
-      if ((faults >> kind & 1U) != 0) least = std::min(least, examples_.at(kind).size());
+      if ((faults >> kind & 1U) != 0) least = std::min(least, examples_.at(kind).at(what).size());
     }
     return least;
   }
@@ -396,7 +399,7 @@ class Replay {
     if (kind >= firstNote) return;
     const std::string text = place_ + ", flush " + std::to_string(flushes_) + ", " +
                              (what == 0 ? "prefix" : "reordering") + " of " + std::to_string(pending_.size()) + ": " + path;
-    auto& shown = examples_.at(kind);
+    auto& shown = examples_.at(kind).at(what);
     if (shown.size() < examplesShown && (shown.empty() || shown.back() != text)) shown.push_back(text);
   }
 
@@ -500,12 +503,14 @@ class Replay {
   void checkLate() {
     takeBack(pending_);
     look(seen_);
+    bool isLate = false;
     for (std::size_t number = 0; number < names_.size(); ++number) {
       const std::uint64_t after = at(expected_->nextHashes, number);
       if (at(seen_.hashes, number) == after && (after == nothing || seen_.strict[number])) continue;
       example(late, 0, names_.path(number));
-      count(0, 1U << late);
+      isLate = true;
     }
+    if (isLate) count(0, 1U << late);
     put(pending_);
   }
 
@@ -565,10 +570,12 @@ class Replay {
       std::printf("\t%zu/%zu", counts[0], counts[1]);
     std::printf("\t%zu/%zu\n", bad_[0], bad_[1]);
     for (unsigned kind = 0; kind < firstNote; ++kind) {
-      for (const std::string& text : examples_.at(kind))
-        std::fprintf(stderr, "  %s: %s: %s\n", name.c_str(), faultNames.at(kind), text.c_str());
+      for (const auto& texts : examples_.at(kind)) {
+        for (const std::string& text : texts)
+          std::fprintf(stderr, "  %s: %s: %s\n", name.c_str(), faultNames.at(kind), text.c_str());
+      }
     }
-    return std::ranges::any_of(examples_, [](const auto& texts) { return !texts.empty(); });
+    return bad_[0] + bad_[1] > 0;
   }
 
   fs::path folder_;
@@ -590,7 +597,7 @@ class Replay {
   std::array<std::size_t, 2> states_{};  ///< prefixes, reorderings
   std::array<std::size_t, 2> bad_{};
   std::array<std::array<std::size_t, 2>, faultKinds> counts_{};
-  std::array<std::vector<std::string>, firstNote> examples_;
+  std::array<std::array<std::vector<std::string>, 2>, firstNote> examples_;  ///< of prefixes and reorderings
 };
 
 }  // namespace
