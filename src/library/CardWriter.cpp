@@ -8,13 +8,15 @@
 // On FAT a name, the size behind it and the chain of clusters lie in three places of the disk, and what reaches the
 // device first is not ours to say: only a flush parts what stands before it from what stands behind it. Four rules
 // follow; docs/saving.md tells what was found without them. New content is on the device before a name leads to it. A
-// cluster that a name still leads to on the device is not given out again: a file that loses its name is held open until
-// the loss is on the device. What is to be seen before something else has a barrier between them. And between a rename
-// and the write of the volume behind it there is nothing that takes time: a new name leads to no content until then.
+// cluster that a name still leads to on the device is not given out again: a file that loses its name is held open
+// until the loss is on the device. What is to be seen before something else has a barrier between them. And between a
+// rename and the write of the volume behind it there is nothing that takes time: a new name leads to no content until
+// then.
 namespace tamboro {
 namespace {
 
 constexpr std::size_t removalsHeld = 200;
+constexpr std::size_t placeholdersWaiting = 8;
 constexpr int maxNameTries = 10000;
 constexpr std::uint64_t largeFile = std::uint64_t{1} << 20U;
 const std::string temporaryPrefix = ".tamboro-";
@@ -147,9 +149,10 @@ void BatchWriter::write(const SaveBatch& batch) {
   closeFiles();
 }
 
-// What was done before it is on the device before anything that is done behind it. Writing the volume brings each file's
-// size and first cluster into its entry before the entry goes out, but it doesn't flush; a sync flushes, but of all that
-// waits it writes the names of one folder and the allocation table only. With nothing left to write it is but the flush.
+// What was done before it is on the device before anything that is done behind it. Writing the volume brings each
+// file's size and first cluster into its entry before the entry goes out, but it doesn't flush; a sync flushes, but of
+// all that waits it writes the names of one folder and the allocation table only. With nothing left to write it is but
+// the flush.
 void BatchWriter::barrier() {
   root_.writeBackVolume();
   root_.sync();
@@ -169,7 +172,7 @@ void BatchWriter::makeTemporaryFolder() {
 // entries, while the chain is on the device and the cluster's content isn't. So it grows now, by names that are gone
 // again before anything is written. A sync behind each cluster writes its content, then its place in the allocation
 // table, then what leads there, as long as nothing of the table waited before and keeps its place in that order. And as
-// nothing else waits, the system has no reason to write by itself in between.
+// little else waits, the system has no reason to write by itself in between.
 void BatchWriter::growFolders() {
   bool isFirst = true;
   for (const auto& [folder, entries] : batch_->entries) {
@@ -178,10 +181,16 @@ void BatchWriter::growFolders() {
     isFirst = false;
     const std::unique_ptr<OpenFile> held = card_.open(folder);
     std::uint64_t size = held->size();
+    std::size_t waiting = 0;
     grow(folder, entries, [&] {
-      if (held->size() == size) return root_.writeBackVolume();
-      held->sync();
-      size = held->size();
+      if (held->size() != size) {
+        held->sync();
+        size = held->size();
+        waiting = 0;
+      } else if (++waiting == placeholdersWaiting) {
+        root_.writeBackVolume();
+        waiting = 0;
+      }
     });
   }
 }
@@ -218,8 +227,8 @@ void BatchWriter::makeNewFolders() {
   }
 }
 
-// Step 5. Behind its barrier all content is on the device and nothing of it visible. Small files are left to it, so that
-// the system joins neighbours into few writes.
+// Step 5. Behind its barrier all content is on the device and nothing of it visible. Small files are left to it, so
+// that the system joins neighbours into few writes.
 void BatchWriter::fillFiles() {
   for (std::size_t i = 0; i < batch_->files.size(); ++i) {
     new_.push_back(card_.create(temporaryFile(i)));

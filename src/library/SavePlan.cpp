@@ -82,7 +82,8 @@ void addAudio(const SaveSnapshot& snapshot, const Wave& wave, SavePlan& plan) {
   if (!wave.isPending) return;
   const auto staged = snapshot.stagedAudioFiles.find(wave.id());
   const std::optional<Path> target = cardpaths::audioTarget(wave);
-  if (staged != snapshot.stagedAudioFiles.end() && target) plan.files.push_back({*target, staged->second, FileGroup::audio});
+  if (staged != snapshot.stagedAudioFiles.end() && target)
+    plan.files.push_back({*target, staged->second, FileGroup::audio});
 }
 
 void addSamples(const SaveSnapshot& snapshot, SavePlan& plan, ExportResult& result) {

@@ -1,5 +1,5 @@
-// The program's part in the count of what a save costs a card: one row of the table with the real store on the real file
-// system. Prints what the device was asked for meanwhile. Runs in the guest, see guest.sh.
+// The program's part in the count of what a save costs a card: one row of the table with the real store on the real
+// file system. Prints what the device was asked for meanwhile. Runs in the guest, see guest.sh.
 #include <QCoreApplication>
 #include <array>
 #include <cstdio>
@@ -157,7 +157,9 @@ class Driver {
     const auto card = files_->rooted(root());
     tellBesideFloor(
         "copy", [&] { backup(*card, *files_, root(), work_ / "backup"); },
-        [&] { readEach({"KIT", "WAVE/PRM", "SYSTEM"}); });
+        [&] {
+          readEach({"KIT", "WAVE/PRM", "SYSTEM"});
+        });
   }
 
   Path volume_;

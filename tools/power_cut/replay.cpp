@@ -1,7 +1,7 @@
 // Replays the log of recorded saves (see guest.sh) and looks at what is left of the card: after every single write
-// (prefixes), and for every stretch between two flushes with chosen subsets of its writes, since a device may bring what
-// it hasn't flushed in any order (reorderings: all subsets of few writes, seeded ones of many, some with writes torn into
-// sectors). The usage text below tells the faults.
+// (prefixes), and for every stretch between two flushes with chosen subsets of its writes, since a device may bring
+// what it hasn't flushed in any order (reorderings: all subsets of few writes, seeded ones of many, some with writes
+// torn into sectors). The usage text below tells the faults.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -24,8 +24,10 @@ namespace fs = std::filesystem;
 
 constexpr const char* usage =
     "usage: power_cut_replay FOLDER NAME [SEEDS [RANDOM]]\n"
-    "FOLDER is as guest.sh leaves it; NAME goes before the counts. SEEDS is the number of subsets of one stretch between\n"
-    "two flushes. Prints one line: NAME, flushes, prefixes, reorderings, then for each fault how many states show it, as\n"
+    "FOLDER is as guest.sh leaves it; NAME goes before the counts. SEEDS is the number of subsets of one stretch "
+    "between\n"
+    "two flushes. Prints one line: NAME, flushes, prefixes, reorderings, then for each fault how many states show it, "
+    "as\n"
     "prefixes/reorderings:\n"
     "  torn      a file is neither its old self nor its new one\n"
     "  empty     a new file has no content yet\n"
@@ -183,7 +185,11 @@ struct Expectation {
 class Replay {
  public:
   Replay(const fs::path& folder, std::size_t seeds, unsigned random)
-      : folder_(folder), volume_(bytesOf(folder / "base.img")), log_(folder / "log.img"), seeds_(seeds), random_(random) {}
+      : folder_(folder),
+        volume_(bytesOf(folder / "base.img")),
+        log_(folder / "log.img"),
+        seeds_(seeds),
+        random_(random) {}
 
   bool run(const std::string& name) {
     learnBase();
@@ -221,7 +227,9 @@ class Replay {
         used_[cluster] = round_;
       }
     };
-    const auto mix = [&](std::uint64_t value) { seen.hash = (seen.hash ^ value) * 0x9E3779B97F4A7C15U + (seen.hash >> 31U); };
+    const auto mix = [&](std::uint64_t value) {
+      seen.hash = (seen.hash ^ value) * 0x9E3779B97F4A7C15U + (seen.hash >> 31U);
+    };
     struct Place {
       std::string path;
       std::uint32_t start, parent;
@@ -345,7 +353,8 @@ class Replay {
     for (const std::size_t number : expected_->going) {
       const bool isThere = at(seen.hashes, number) != nothing && !isFresh(number);
       if (anyFresh && isThere) faults.emplace_back(order, names_.path(number));
-      kitGone = kitGone || (names_.path(number).starts_with(cardFolder + ranks[2]) && at(seen.hashes, number) == nothing);
+      kitGone =
+          kitGone || (names_.path(number).starts_with(cardFolder + ranks[2]) && at(seen.hashes, number) == nothing);
     }
     for (const std::size_t number : expected_->going) {
       const bool isThere = at(seen.hashes, number) != nothing && !isFresh(number);
@@ -398,7 +407,8 @@ class Replay {
   void example(Fault kind, std::size_t what, const std::string& path) {
     if (kind >= firstNote) return;
     const std::string text = place_ + ", flush " + std::to_string(flushes_) + ", " +
-                             (what == 0 ? "prefix" : "reordering") + " of " + std::to_string(pending_.size()) + ": " + path;
+                             (what == 0 ? "prefix" : "reordering") + " of " + std::to_string(pending_.size()) + ": " +
+                             path;
     auto& shown = examples_.at(kind).at(what);
     if (shown.size() < examplesShown && (shown.empty() || shown.back() != text)) shown.push_back(text);
   }
@@ -451,7 +461,7 @@ class Replay {
     const std::size_t one = random_() % count;
     const std::size_t share = std::array<std::size_t, 3>{2, 5, 8}.at(random_() % 3);
     for (std::size_t i = 0; i < count; ++i) {
-      const bool isIn = isSmall            ? (number >> i & 1U) != 0
+      const bool isIn = isSmall           ? (number >> i & 1U) != 0
                         : number % 4 == 0 ? i != one
                         : number % 4 == 1 ? i == one
                                           : random_() % 10 < share;
