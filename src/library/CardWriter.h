@@ -16,7 +16,6 @@ struct SaveProgress {
 /// `card` is rooted in the card; `files` reads the sources of planned files. The order of its steps was found by
 /// replaying cut saves on FAT volumes and must not be changed without doing that again. Throws FileError; then each
 /// file is still whole, old or new.
-void writeToCard(FileSystem& card, const FileSystem& files, const SavePlan& plan,
-                 SaveProgress* progress = nullptr);
+void writeToCard(FileSystem& card, const FileSystem& files, const SavePlan& plan, SaveProgress* progress = nullptr);
 
 }  // namespace tamboro

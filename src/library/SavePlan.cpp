@@ -12,7 +12,7 @@ namespace {
 
 // Samples that become visible together: their audio, then their parameters. Small enough that a save of thousands that
 // is cut leaves whole samples and not thousands of sounds that nothing names.
-constexpr std::size_t samplesPerGroup = 100;
+constexpr std::size_t samplesPerGroup = 200;
 
 SpdDocument documentOf(const SpdNode& root, const SpdDocument* stored, LineSeparator separator, const char* trailing) {
   if (stored != nullptr) return {root, stored->lineSeparator, stored->trailingBytes};
