@@ -1,6 +1,7 @@
 #include "library/CardWriter.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "library/FileCopy.h"
 #include "library/SaveBatches.h"
@@ -16,11 +17,12 @@ namespace tamboro {
 namespace {
 
 constexpr std::size_t removalsHeld = 200;
-constexpr std::size_t placeholdersWaiting = 8;
+constexpr std::chrono::milliseconds patience{3};
 constexpr int maxNameTries = 10000;
 constexpr std::uint64_t largeFile = std::uint64_t{1} << 20U;
 const std::string temporaryPrefix = ".tamboro-";
 
+using Clock = std::chrono::steady_clock;
 using Files = std::vector<std::unique_ptr<OpenFile>>;
 
 void quietly(const auto& step) {
@@ -109,6 +111,7 @@ class BatchWriter {
 
   void write(const SaveBatch& batch);
   void barrier();
+  void writeBackInTime();
   void makeTemporaryFolder();
   void growFolders();
   void grow(const Path& folder, std::size_t entries, const auto& afterEach);
@@ -125,6 +128,7 @@ class BatchWriter {
   const FileSystem& files_;
   OpenFile& root_;
   SaveProgress& progress_;
+  Clock::time_point nothingWaited_;  ///< for the device
 
   Path temporaryPath_;  ///< empty until the folder is made
   std::unique_ptr<OpenFile> temporaryFolder_;
@@ -156,6 +160,15 @@ void BatchWriter::write(const SaveBatch& batch) {
 void BatchWriter::barrier() {
   root_.writeBackVolume();
   root_.sync();
+  nothingWaited_ = Clock::now();
+}
+
+// A system that writes by itself meanwhile does so in another order, and a renamed file's entry is without its content
+// until the file is written, too. No mount does so at once; so what waits never waits for long.
+void BatchWriter::writeBackInTime() {
+  if (Clock::now() - nothingWaited_ < patience) return;
+  root_.writeBackVolume();
+  nothingWaited_ = Clock::now();
 }
 
 // Step 2. A folder that an earlier cut left behind is never entered and never deleted: its entries can share clusters
@@ -181,16 +194,10 @@ void BatchWriter::growFolders() {
     isFirst = false;
     const std::unique_ptr<OpenFile> held = card_.open(folder);
     std::uint64_t size = held->size();
-    std::size_t waiting = 0;
     grow(folder, entries, [&] {
-      if (held->size() != size) {
-        held->sync();
-        size = held->size();
-        waiting = 0;
-      } else if (++waiting == placeholdersWaiting) {
-        root_.writeBackVolume();
-        waiting = 0;
-      }
+      if (held->size() == size) return writeBackInTime();
+      held->sync();
+      size = held->size();
     });
   }
 }
@@ -255,12 +262,14 @@ void BatchWriter::holdReplaced() {
 
 // Step 7, one group of files after the other. New folders go with the first: they are empty or show some of it.
 void BatchWriter::putInPlace() {
+  nothingWaited_ = Clock::now();
   for (; foldersMoved_ < batch_->newFolders.size(); ++foldersMoved_)
     card_.rename(temporaryFolder(foldersMoved_), batch_->newFolders[foldersMoved_]);
   const auto& files = batch_->files;
   for (; filesMoved_ < files.size(); ++filesMoved_) {
     if (filesMoved_ > 0 && files[filesMoved_].group != files[filesMoved_ - 1].group) barrier();
     card_.rename(temporaryFile(filesMoved_), files[filesMoved_].path);
+    writeBackInTime();
   }
   barrier();
 }

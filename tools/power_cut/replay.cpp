@@ -351,13 +351,13 @@ class Replay {
     }
     bool kitGone = false;
     for (const std::size_t number : expected_->going) {
-      const bool isThere = at(seen.hashes, number) != nothing && !isFresh(number);
+      const bool isThere = at(seen.hashes, number) == expected_->oldHashes[number] && !isFresh(number);
       if (anyFresh && isThere) faults.emplace_back(order, names_.path(number));
       kitGone =
           kitGone || (names_.path(number).starts_with(cardFolder + ranks[2]) && at(seen.hashes, number) == nothing);
     }
     for (const std::size_t number : expected_->going) {
-      const bool isThere = at(seen.hashes, number) != nothing && !isFresh(number);
+      const bool isThere = at(seen.hashes, number) == expected_->oldHashes[number] && !isFresh(number);
       if (kitGone && isThere && names_.path(number).starts_with(cardFolder + "WAVE/")) {
         faults.emplace_back(order, names_.path(number));
       }
