@@ -1,6 +1,7 @@
 #include "library/CardWriter.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "library/CardPaths.h"
 #include "library/FileCopy.h"
@@ -17,10 +18,12 @@ namespace tamboro {
 namespace {
 
 constexpr std::size_t removalsHeld = 200;
+constexpr std::chrono::milliseconds patience{3};
 constexpr int maxNameTries = 10000;
 constexpr std::uint64_t largeFile = std::uint64_t{1} << 20U;
 const std::string temporaryPrefix(cardpaths::temporaryPrefix);
 
+using Clock = std::chrono::steady_clock;
 using Files = std::vector<std::unique_ptr<OpenFile>>;
 
 void quietly(const auto& step) {
@@ -117,6 +120,7 @@ class BatchWriter {
 
   void write(const SaveBatch& batch);
   void barrier();
+  void writeBackInTime();
   void makeTemporaryFolder();
   void growFolders();
   void grow(const Path& folder, std::size_t entries, const auto& afterEach);
@@ -133,6 +137,7 @@ class BatchWriter {
   const FileSystem& files_;
   OpenFile& root_;
   SaveProgress& progress_;
+  Clock::time_point nothingWaited_;  ///< for the device
 
   Path temporaryPath_;  ///< empty until the folder is made
   std::unique_ptr<OpenFile> temporaryFolder_;
@@ -178,6 +183,15 @@ void BatchWriter::write(const SaveBatch& batch) {
 void BatchWriter::barrier() {
   root_.writeBackVolume();
   root_.sync();
+  nothingWaited_ = Clock::now();
+}
+
+// A system that writes by itself meanwhile does so in another order, and a renamed file's entry is without its content
+// until the file is written, too. No mount does so at once; so what waits never waits for long.
+void BatchWriter::writeBackInTime() {
+  if (Clock::now() - nothingWaited_ < patience) return;
+  root_.writeBackVolume();
+  nothingWaited_ = Clock::now();
 }
 
 // Step 2. A folder that an earlier cut left behind is never entered and never deleted: its entries can share clusters
@@ -192,16 +206,19 @@ void BatchWriter::makeTemporaryFolder() {
 
 // Step 3, for folders that are in place. A folder that outgrows its clusters shows what the new one held before, as its
 // entries, while the chain is on the device and the cluster's content isn't. So it grows now, by names that are gone
-// again before anything is written, and is synced with each cluster: that writes the content before the chain. Several
-// at once could have a chain that leads on to clusters whose part of the allocation table isn't written yet.
+// again before anything is written. A sync behind each cluster writes its content, then its place in the allocation
+// table, then what leads there, as long as nothing of the table waited before and keeps its place in that order. And as
+// little else waits, the system has no reason to write by itself in between.
 void BatchWriter::growFolders() {
-  root_.writeBackVolume();
+  bool isFirst = true;
   for (const auto& [folder, entries] : batch_->entries) {
     if (std::ranges::find(batch_->newFolders, folder) != batch_->newFolders.end()) continue;
+    if (isFirst) barrier();
+    isFirst = false;
     const std::unique_ptr<OpenFile> held = card_.open(folder);
     std::uint64_t size = held->size();
     grow(folder, entries, [&] {
-      if (held->size() == size) return;
+      if (held->size() == size) return writeBackInTime();
       held->sync();
       size = held->size();
     });
@@ -268,12 +285,14 @@ void BatchWriter::holdReplaced() {
 
 // Step 7, one group of files after the other. New folders go with the first: they are empty or show some of it.
 void BatchWriter::putInPlace() {
+  nothingWaited_ = Clock::now();
   for (; foldersMoved_ < batch_->newFolders.size(); ++foldersMoved_)
     card_.rename(temporaryFolder(foldersMoved_), batch_->newFolders[foldersMoved_]);
   const auto& files = batch_->files;
   for (; filesMoved_ < files.size(); ++filesMoved_) {
     if (filesMoved_ > 0 && files[filesMoved_].group != files[filesMoved_ - 1].group) barrier();
     card_.rename(temporaryFile(filesMoved_), files[filesMoved_].path);
+    writeBackInTime();
   }
   barrier();
 }

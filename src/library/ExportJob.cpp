@@ -53,6 +53,7 @@ class KitExporter {
   void refuseOwnFile(const Path& target, const Path& own) const {
     const Path place = files_.resolved(target);
     const Path belowCard = place.lexically_relative(files_.resolved(values_.root));
+    if (belowCard.empty() || *belowCard.begin() == "..") return;  // without looking for the file on the card
     if (place != files_.resolved(values_.root / own) && fileKey(belowCard) != fileKey(own)) return;
     throw FileError(std::make_error_code(std::errc::operation_not_permitted), target);
   }

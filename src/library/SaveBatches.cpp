@@ -9,12 +9,12 @@
 namespace tamboro {
 namespace {
 
-// Each file takes two descriptors, the new one's and the old one's, and a process may have no more than 1024.
-constexpr std::size_t filesPerBatch = 200;
+// A file takes a descriptor, and one more where it replaces another; a process may have no more than 1024.
+constexpr std::size_t descriptorsPerBatch = 400;
 constexpr std::size_t foldersPerBatch = 100;
 
 constexpr std::uint64_t folderEntrySize = 32;
-constexpr std::uint64_t temporaryFolderSize = (filesPerBatch + foldersPerBatch + 2) * folderEntrySize;
+constexpr std::uint64_t temporaryFolderSize = (descriptorsPerBatch + foldersPerBatch + 2) * folderEntrySize;
 
 [[noreturn]] void failForRoom(const Path& path) {
   throw FileError(std::make_error_code(std::errc::no_space_on_device), path);
@@ -40,7 +40,7 @@ class Room {
   // What a new folder takes; names that come into it find that room there.
   std::uint64_t clustersForFolder(const Path& folder) {
     newEntries_[folder].roomMade = newFolderEntries;
-    return 1 + clustersForEntries(newFolderEntries);
+    return clustersForEntries(newFolderEntries);
   }
 
   bool holds(std::uint64_t needed) const { return needed <= free_; }
@@ -101,7 +101,7 @@ class Cutter {
   void startBatch() {
     newFolders_.clear();
     entries_.clear();
-    fileCount_ = 0;
+    fileCount_ = descriptors_ = 0;
     freed_ = needed_ = room_.clusters(temporaryFolderSize);
   }
 
@@ -127,11 +127,14 @@ class Cutter {
     std::uint64_t need = room_.clusters(contentSize(file));
     const bool isNew = old.kind == FileKind::none || removed_.contains(file.path);
     if (isNew) need += room_.clustersForName(file.path);
-    if (fileCount_ == filesPerBatch || (fileCount_ > 0 && !room_.holds(needed_ + need))) closeBatch();
+    const std::size_t descriptors = isNew ? 1 : 2;
+    if (descriptors_ + descriptors > descriptorsPerBatch || (fileCount_ > 0 && !room_.holds(needed_ + need)))
+      closeBatch();
     needed_ += need;
     if (!room_.holds(needed_)) failForRoom(file.path);
     if (!removed_.contains(file.path)) freed_ += room_.clusters(old.size);
     ++fileCount_;
+    descriptors_ += descriptors;
     if (isNew) addName(file.path);
   }
 
@@ -154,6 +157,7 @@ class Cutter {
   std::map<Path, std::size_t> entries_;
   std::size_t nextFile_ = 0;
   std::size_t fileCount_ = 0;
+  std::size_t descriptors_ = 0;
   std::uint64_t needed_ = 0;
   std::uint64_t freed_ = 0;
 };

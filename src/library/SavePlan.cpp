@@ -12,7 +12,7 @@ namespace {
 
 // Samples that become visible together: their audio, then their parameters. Small enough that a save of thousands that
 // is cut leaves whole samples and not thousands of sounds that nothing names.
-constexpr std::size_t samplesPerGroup = 100;
+constexpr std::size_t samplesPerGroup = 200;
 // Deleted audio that is held open at a time; a process may have no more than 1024 files open.
 constexpr std::size_t audioHeld = 200;
 

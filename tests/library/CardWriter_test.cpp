@@ -66,43 +66,40 @@ TEST(CardWriter, FollowsTheProtocol) {
   const SavePlan plan = wholePlan(fixture);
   const Operations steps = record(fixture, plan);
   const std::string temporary = ".tamboro-1";
-  expectInOrder(
-      steps, {"open WAVE/PRM/02/00.spd", "removeFile WAVE/PRM/02/00.spd", "sync WAVE/PRM/02",
-              "removeFile WAVE/DATA/02/snare.wav", "sync WAVE/DATA/02", "removeFile KIT/kit007.spd", "sync KIT",
-              "close WAVE/PRM/02/00.spd", "makeFolder " + temporary, "sync SYSTEM", "sync .",
-              "makeFolder " + temporary + "/0", "sync " + temporary, "create " + temporary + "/2", "sync " + temporary,
-              "write " + temporary + "/2", "removeFolder " + temporary, "sync .", "close " + temporary});
+  expectInOrder(steps, {"open WAVE/PRM/02/00.spd", "removeFile WAVE/PRM/02/00.spd", "sync WAVE/PRM/02",
+                        "removeFile WAVE/DATA/02/snare.wav", "sync WAVE/DATA/02", "removeFile KIT/kit007.spd",
+                        "sync KIT", "close WAVE/PRM/02/00.spd", "makeFolder " + temporary,
+                        "makeFolder " + temporary + "/0", "create " + temporary + "/2", "write " + temporary + "/2",
+                        "volume .", "sync .", "removeFolder " + temporary, "sync .", "close " + temporary});
+  const std::vector<Move> moved = moves(steps);
   std::size_t files = 0;
-  for (const auto& [from, to] : moves(steps)) {
+  for (const auto& [from, to] : moved) {
     const std::string name = to.string();
     const std::string rename = "rename " + from + " " + name;
-    const std::string syncFolder = "sync " + to.parent_path().string();
     SCOPED_TRACE(rename);
-    if (!to.has_extension()) {
-      expectInOrder(steps, {"makeFolder " + from, "open " + from, "sync " + temporary, rename, "sync " + temporary,
-                            "sync " + from, syncFolder, "close " + temporary});
-      continue;
+    const std::string make = (to.has_extension() ? "create " : "makeFolder ") + from;
+    expectInOrder(steps, {make, "volume .", "sync .", rename, "volume .", "sync .", "removeFolder " + temporary});
+    if (!to.has_extension()) continue;
+    const PlannedFile& planned = plan.files.at(files++);
+    EXPECT_EQ(planned.path, to);
+    if (files > 1 && planned.group != plan.files.at(files - 2).group) {
+      const Move& before = moved.at(moved.size() - plan.files.size() + files - 2);
+      expectInOrder(steps, {"rename " + before.from + " " + before.to.string(), "volume .", "sync .", rename});
     }
-    ++files;
-    expectInOrder(steps, {"create " + from, "sync " + temporary, "write " + from, "writeback " + from,
-                          "writeback " + from, "sync .", rename, "sync " + from, syncFolder, "close " + from});
+    expectInOrder(steps, {"create " + from, "write " + from, "volume .", rename, "sync .", "close " + from});
     EXPECT_EQ(std::ranges::count(steps, "close " + from), 1);
     if (fixture.before.contains(name) && fixture.after.contains(name) && name != "WAVE/PRM/02/02.spd") {
-      expectInOrder(steps, {"open " + name, rename, syncFolder, "close " + from, "close " + name});
+      expectInOrder(steps, {"open " + name, rename, "sync .", "close " + from, "close " + name});
     }
   }
   EXPECT_EQ(files, plan.files.size());
-  // Both sounds were synced under their names before the first parameters.
-  const std::string first = "rename " + temporary + "/4 WAVE/PRM/02/01.spd";
-  expectInOrder(steps, {"rename " + temporary + "/2 WAVE/DATA/02/new.wav", "sync WAVE/DATA/02", first});
-  expectInOrder(steps, {"rename " + temporary + "/3 WAVE/DATA/03/hat.wav", "sync WAVE/DATA/03", first});
 }
 
 TEST(CardWriter, MakesNestedFoldersFromTheTop) {
   SaveFixture fixture;
   const Operations steps = record(fixture, {{}, {"A", "A/B", "A/B/C"}, {{"A/B/C/f", "f"s}}});
-  expectInOrder(steps, {"rename .tamboro-1/0 A", "sync .", "makeFolder .tamboro-1/1", "rename .tamboro-1/1 A/B",
-                        "sync .tamboro-1/1", "sync A", "rename .tamboro-1/2 A/B/C", "sync A/B"});
+  expectInOrder(steps, {"rename .tamboro-1/0 A", "rename .tamboro-1/1 A/B", "rename .tamboro-1/2 A/B/C",
+                        "rename .tamboro-1/3 A/B/C/f"});
   EXPECT_EQ(fixture.card().at("A/B/C/f"), "f");
 }
 
@@ -121,11 +118,10 @@ TEST(CardWriter, MakesFoldersLargeEnoughBeforeNamesCome) {
   const Operations steps = record(fixture, plan);
   const std::string first = "KIT/" + numbered(2);
   const std::string last = "KIT/" + numbered(static_cast<int>((entries + 10) / 11) + 1);
-  expectInOrder(steps, {"create " + first, "create " + last, "sync KIT", "removeFile " + first, "removeFile " + last,
-                        "sync KIT", "create .tamboro-1/1"});
+  expectInOrder(steps, {"volume .", "sync .", "create " + first, "sync KIT", "create " + last, "sync KIT",
+                        "removeFile " + first, "removeFile " + last, "create .tamboro-1/1"});
   const std::string hidden = ".tamboro-1/0/" + numbered(1);
-  expectInOrder(steps, {"create " + hidden, "sync .tamboro-1/0", "removeFile " + hidden, "sync .tamboro-1/0",
-                        "rename .tamboro-1/0 N"});
+  expectInOrder(steps, {"create " + hidden, "removeFile " + hidden, "volume .", "sync .", "rename .tamboro-1/0 N"});
   EXPECT_EQ(std::ranges::count(steps, "create SYSTEM/" + numbered(1)), 0);
   EXPECT_EQ(fixture.card().size(), fixture.before.size() + 32);
   EXPECT_EQ(fixture.card().at("KIT/" + numbered(1)), "left");

@@ -15,8 +15,8 @@ using Bytes = std::vector<unsigned char>;
 /// The hash of a file's content, the same whether it comes from a volume or from a file beside it; never 0.
 std::uint64_t contentHash(const Bytes& bytes);
 
-/// A write to a volume: its first sector and its content. Putting it on the volume exchanges the two, so that putting it
-/// there once more takes it back.
+/// A write to a volume: its first sector and its content. Putting it on the volume exchanges the two, so that putting
+/// it there once more takes it back.
 struct Write {
   std::uint64_t sector = 0;
   Bytes bytes;

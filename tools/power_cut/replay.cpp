@@ -1,7 +1,7 @@
 // Replays the log of recorded saves (see guest.sh) and looks at what is left of the card: after every single write
-// (prefixes), and for every stretch between two flushes with chosen subsets of its writes, since a device may bring what
-// it hasn't flushed in any order (reorderings: all subsets of few writes, seeded ones of many, some with writes torn into
-// sectors). The usage text below tells the faults.
+// (prefixes), and for every stretch between two flushes with chosen subsets of its writes, since a device may bring
+// what it hasn't flushed in any order (reorderings: all subsets of few writes, seeded ones of many, some with writes
+// torn into sectors). The usage text below tells the faults.
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -24,8 +24,10 @@ namespace fs = std::filesystem;
 
 constexpr const char* usage =
     "usage: power_cut_replay FOLDER NAME [SEEDS [RANDOM]]\n"
-    "FOLDER is as guest.sh leaves it; NAME goes before the counts. SEEDS is the number of subsets of one stretch between\n"
-    "two flushes. Prints one line: NAME, flushes, prefixes, reorderings, then for each fault how many states show it, as\n"
+    "FOLDER is as guest.sh leaves it; NAME goes before the counts. SEEDS is the number of subsets of one stretch "
+    "between\n"
+    "two flushes. Prints one line: NAME, flushes, prefixes, reorderings, then for each fault how many states show it, "
+    "as\n"
     "prefixes/reorderings:\n"
     "  torn      a file is neither its old self nor its new one\n"
     "  empty     a new file has no content yet\n"
@@ -183,7 +185,11 @@ struct Expectation {
 class Replay {
  public:
   Replay(const fs::path& folder, std::size_t seeds, unsigned random)
-      : folder_(folder), volume_(bytesOf(folder / "base.img")), log_(folder / "log.img"), seeds_(seeds), random_(random) {}
+      : folder_(folder),
+        volume_(bytesOf(folder / "base.img")),
+        log_(folder / "log.img"),
+        seeds_(seeds),
+        random_(random) {}
 
   bool run(const std::string& name) {
     learnBase();
@@ -221,7 +227,9 @@ class Replay {
         used_[cluster] = round_;
       }
     };
-    const auto mix = [&](std::uint64_t value) { seen.hash = (seen.hash ^ value) * 0x9E3779B97F4A7C15U + (seen.hash >> 31U); };
+    const auto mix = [&](std::uint64_t value) {
+      seen.hash = (seen.hash ^ value) * 0x9E3779B97F4A7C15U + (seen.hash >> 31U);
+    };
     struct Place {
       std::string path;
       std::uint32_t start, parent;
@@ -324,6 +332,9 @@ class Replay {
     }
     judgeOrder(seen, faults);
     judgeNames(seen, faults);
+    // Entries that nobody made lead anywhere.
+    const auto is = [](Fault kind) { return [kind](const auto& fault) { return fault.first == kind; }; };
+    if (std::ranges::any_of(faults, is(stale))) std::erase_if(faults, is(shared));
   }
 
   void judgeOrder(const Seen& seen, std::vector<std::pair<Fault, std::string>>& faults) const {
@@ -340,12 +351,13 @@ class Replay {
     }
     bool kitGone = false;
     for (const std::size_t number : expected_->going) {
-      const bool isThere = at(seen.hashes, number) != nothing && !isFresh(number);
+      const bool isThere = at(seen.hashes, number) == expected_->oldHashes[number] && !isFresh(number);
       if (anyFresh && isThere) faults.emplace_back(order, names_.path(number));
-      kitGone = kitGone || (names_.path(number).starts_with(cardFolder + ranks[2]) && at(seen.hashes, number) == nothing);
+      kitGone =
+          kitGone || (names_.path(number).starts_with(cardFolder + ranks[2]) && at(seen.hashes, number) == nothing);
     }
     for (const std::size_t number : expected_->going) {
-      const bool isThere = at(seen.hashes, number) != nothing && !isFresh(number);
+      const bool isThere = at(seen.hashes, number) == expected_->oldHashes[number] && !isFresh(number);
       if (kitGone && isThere && names_.path(number).starts_with(cardFolder + "WAVE/")) {
         faults.emplace_back(order, names_.path(number));
       }
@@ -372,7 +384,7 @@ class Replay {
     ++states_.at(what);
     look(seen_);
     const auto [found, isNew] = verdicts_.try_emplace(seen_.hash, 0);
-    if (isNew || examplesOf(found->second) < examplesShown) {
+    if (isNew || examplesOf(found->second, what) < examplesShown) {
       std::vector<std::pair<Fault, std::string>> faults;
       judge(seen_, faults);
       for (const auto& [kind, path] : faults) {
@@ -384,10 +396,10 @@ class Replay {
   }
 
   // The least that any of the faults has.
-  std::size_t examplesOf(unsigned faults) const {
+  std::size_t examplesOf(unsigned faults, std::size_t what) const {
     std::size_t least = examplesShown;
     for (unsigned kind = 0; kind < firstNote; ++kind) {
-      if ((faults >> kind & 1U) != 0) least = std::min(least, examples_.at(kind).size());
+      if ((faults >> kind & 1U) != 0) least = std::min(least, examples_.at(kind).at(what).size());
     }
     return least;
   }
@@ -395,8 +407,9 @@ class Replay {
   void example(Fault kind, std::size_t what, const std::string& path) {
     if (kind >= firstNote) return;
     const std::string text = place_ + ", flush " + std::to_string(flushes_) + ", " +
-                             (what == 0 ? "prefix" : "reordering") + " of " + std::to_string(pending_.size()) + ": " + path;
-    auto& shown = examples_.at(kind);
+                             (what == 0 ? "prefix" : "reordering") + " of " + std::to_string(pending_.size()) + ": " +
+                             path;
+    auto& shown = examples_.at(kind).at(what);
     if (shown.size() < examplesShown && (shown.empty() || shown.back() != text)) shown.push_back(text);
   }
 
@@ -448,7 +461,7 @@ class Replay {
     const std::size_t one = random_() % count;
     const std::size_t share = std::array<std::size_t, 3>{2, 5, 8}.at(random_() % 3);
     for (std::size_t i = 0; i < count; ++i) {
-      const bool isIn = isSmall            ? (number >> i & 1U) != 0
+      const bool isIn = isSmall           ? (number >> i & 1U) != 0
                         : number % 4 == 0 ? i != one
                         : number % 4 == 1 ? i == one
                                           : random_() % 10 < share;
@@ -500,12 +513,14 @@ class Replay {
   void checkLate() {
     takeBack(pending_);
     look(seen_);
+    bool isLate = false;
     for (std::size_t number = 0; number < names_.size(); ++number) {
       const std::uint64_t after = at(expected_->nextHashes, number);
       if (at(seen_.hashes, number) == after && (after == nothing || seen_.strict[number])) continue;
       example(late, 0, names_.path(number));
-      count(0, 1U << late);
+      isLate = true;
     }
+    if (isLate) count(0, 1U << late);
     put(pending_);
   }
 
@@ -565,10 +580,12 @@ class Replay {
       std::printf("\t%zu/%zu", counts[0], counts[1]);
     std::printf("\t%zu/%zu\n", bad_[0], bad_[1]);
     for (unsigned kind = 0; kind < firstNote; ++kind) {
-      for (const std::string& text : examples_.at(kind))
-        std::fprintf(stderr, "  %s: %s: %s\n", name.c_str(), faultNames.at(kind), text.c_str());
+      for (const auto& texts : examples_.at(kind)) {
+        for (const std::string& text : texts)
+          std::fprintf(stderr, "  %s: %s: %s\n", name.c_str(), faultNames.at(kind), text.c_str());
+      }
     }
-    return std::ranges::any_of(examples_, [](const auto& texts) { return !texts.empty(); });
+    return bad_[0] + bad_[1] > 0;
   }
 
   fs::path folder_;
@@ -590,7 +607,7 @@ class Replay {
   std::array<std::size_t, 2> states_{};  ///< prefixes, reorderings
   std::array<std::size_t, 2> bad_{};
   std::array<std::array<std::size_t, 2>, faultKinds> counts_{};
-  std::array<std::vector<std::string>, firstNote> examples_;
+  std::array<std::array<std::vector<std::string>, 2>, firstNote> examples_;  ///< of prefixes and reorderings
 };
 
 }  // namespace
