@@ -47,6 +47,11 @@ SaveSnapshot RolandLibrary::takeSnapshot() const {
   snapshot.serial = serial_;
   snapshot.known = known_;
   snapshot.deletions = deletedWaves_;
+  for (const auto& [number, wave] : deletedWaves_) {
+    if (lives_.life(RecordLives::Kind::wave, wave.id()) == number && this->wave(wave.id())) {
+      snapshot.twinDeletions.insert(number);
+    }
+  }
   snapshot.kitDeletions = pendingKitDeletions_;
   snapshot.dirtyWaves = dirtyOnes(waves_);
   snapshot.dirtyKits = dirtyOnes(kits_);

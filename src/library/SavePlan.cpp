@@ -1,6 +1,7 @@
 #include "library/SavePlan.h"
 
 #include <algorithm>
+#include <map>
 #include <span>
 
 #include "library/CardPaths.h"
@@ -95,16 +96,46 @@ void addAudioRemovals(const SaveSnapshot& snapshot, const FileSystem& card, Save
   addUnused();
 }
 
+using BankAndNumber = std::pair<std::int64_t, std::int64_t>;
+
+// The files that a load takes for samples of these banks, besides those under the name that a save writes.
+std::multimap<BankAndNumber, Path> filesUnderOtherNames(const FileSystem& card, const std::set<std::int64_t>& banks) {
+  std::multimap<BankAndNumber, Path> files;
+  for (const std::string& folder : listedOrNone(card, cardpaths::waveParameterRoot())) {
+    const auto bank = cardpaths::bankOfFolder(folder);
+    if (!bank || !banks.contains(*bank)) continue;
+    for (const std::string& name : listedOrNone(card, cardpaths::waveParameterRoot() / folder)) {
+      const auto number = cardpaths::numberOfWaveFile(name);
+      Path file = cardpaths::waveParameterRoot() / folder / name;
+      if (number && file != cardpaths::waveParameterFile(*bank, *number)) {
+        files.emplace(BankAndNumber{*bank, *number}, std::move(file));
+      }
+    }
+  }
+  return files;
+}
+
 void addSampleRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePlan& plan) {
   if (snapshot.deletions.empty()) return;
-  // A sample that has the id by now and is on the card has its own parameters there: a deletion that failed before.
+  std::set<std::int64_t> banks;
+  for (const auto& [number, wave] : snapshot.deletions)
+    banks.insert(wave.bank);
+  const auto others = filesUnderOtherNames(card, banks);
   std::set<std::int64_t> onCard;
   for (const Wave& wave : snapshot.waves) {
     if (!wave.isPending) onCard.insert(wave.id());
   }
   for (const auto& [number, wave] : snapshot.deletions) {
-    if (onCard.contains(wave.id())) continue;
-    plan.removals.push_back({cardpaths::waveParameterFile(wave.bank, wave.fileNumber), number, true});
+    // A sample that has got the id since and is on the card has its own parameters there: this deletion failed before.
+    // Another one of the same id that was read with it has its own under another name.
+    const bool idIsInUse = onCard.contains(wave.id());
+    if (!idIsInUse || snapshot.twinDeletions.contains(number)) {
+      plan.removals.push_back({cardpaths::waveParameterFile(wave.bank, wave.fileNumber), number, true});
+    }
+    if (idIsInUse) continue;
+    const auto [first, end] = others.equal_range({wave.bank, wave.fileNumber});
+    for (auto other = first; other != end; ++other)
+      plan.removals.push_back({other->second, number, true});
   }
   addAudioRemovals(snapshot, card, plan);
 }

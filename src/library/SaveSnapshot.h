@@ -23,10 +23,11 @@ using StagedFiles = std::map<std::int64_t, Path>;
 /// What a save works on, taken from the store on the main thread: plain values that no later edit reaches.
 struct SaveSnapshot {
   Path root;
-  std::string serial;                                  ///< of the card's volume when it was loaded
-  KnownFiles known;                                    ///< what a save may replace and remove
-  bool replacesChanged = false;                        ///< the user wants his changes over those of others
-  std::map<std::uint64_t, Wave> deletions;             ///< samples to take off the card, by the deletion's own number
+  std::string serial;                       ///< of the card's volume when it was loaded
+  KnownFiles known;                         ///< what a save may replace and remove
+  bool replacesChanged = false;             ///< the user wants his changes over those of others
+  std::map<std::uint64_t, Wave> deletions;  ///< samples to take off the card, by the deletion's own number
+  std::set<std::uint64_t> twinDeletions;    ///< those whose id another sample has had since the card was read
   std::map<std::int64_t, std::uint64_t> kitDeletions;  ///< slots of deleted kits, each with the deletion's own number
   std::vector<Wave> dirtyWaves;
   std::vector<Kit> dirtyKits;

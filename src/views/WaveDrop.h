@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/FileSystem.h"
+#include "library/RolandLibrary.h"
 #include "views/WaveImports.h"
 
 class QDropEvent;

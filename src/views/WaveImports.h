@@ -6,7 +6,7 @@
 #include <exception>
 #include <vector>
 
-#include "platform/FileSystem.h"
+#include "library/RolandLibrary.h"
 
 namespace tamboro {
 
