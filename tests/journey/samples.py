@@ -115,6 +115,7 @@ def batch_rename(window, names):
 
 def rename_tag(window):
     keys("ctrl+t")
+    window.named("list", "Tags")
     field = window.named("text", "Tag Name 0")
     window.click(field)
     type_text(FIRST_TAG)

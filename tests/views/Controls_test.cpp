@@ -197,6 +197,12 @@ TEST(AlertSheet, ShowsLongTextsWhole) {
   const auto* text = sheet.findChild<QLabel*>(QStringLiteral("alertText"));
   EXPECT_LE(QFontMetrics(text->font()).horizontalAdvance(path), text->width());
   EXPECT_GE(text->height(), text->heightForWidth(text->width()));
+
+  const QString word(200, QLatin1Char('M'));
+  const AlertSheet wide({QStringLiteral("Couldn't Save"), word}, nullptr);
+  const auto* lines = wide.findChild<QLabel*>(QStringLiteral("alertText"));
+  EXPECT_GT(lines->height(), 3 * lines->fontMetrics().height()) << "a word wider than the sheet goes on below";
+  EXPECT_EQ(lines->accessibleName(), word) << "and is read as one";
 }
 
 TEST(AlertSheet, KeepsItsButtonsInSightUnderATextOfAThousandLines) {
