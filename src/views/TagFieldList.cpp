@@ -212,6 +212,7 @@ QWidgetList TagFieldList::fields() const {
 }
 
 void TagFieldList::reveal(int row) {
+  if (row < 0) return;
   const QRect line = rowRect(row).adjusted(0, -endPadding, 0, endPadding);
   QScrollBar& bar = *verticalScrollBar();
   if (line.bottom() >= viewport()->height()) bar.setValue(bar.value() + line.bottom() + 1 - viewport()->height());
@@ -226,6 +227,9 @@ void TagFieldList::edit(int row, Qt::FocusReason reason) {
 }
 
 bool TagFieldList::eventFilter(QObject* watched, QEvent* event) {
+  // Also for what assistive tools give the focus to, anywhere in the list.
+  if (event->type() == QEvent::FocusIn && static_cast<QFocusEvent*>(event)->reason() != Qt::MouseFocusReason)
+    reveal(focusedRow());
   if (event->type() != QEvent::KeyPress) return QAbstractScrollArea::eventFilter(watched, event);
   const auto* key = static_cast<QKeyEvent*>(event);
   if (key->modifiers() & ~Qt::KeypadModifier) return false;

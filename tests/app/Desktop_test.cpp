@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QMainWindow>
 #include <QTest>
 #include <QTimer>
@@ -56,7 +58,9 @@ TEST(AppDelegate, ReopeningBringsAWindowBackUnlessOneIsVisible) {
 
 TEST(SettingsWindow, GoesByItsKeysAndKeepsNoProgramOpen) {
   QMainWindow main;
-  SettingsWindow settings(new QWidget, &main);
+  auto* picker = new QComboBox;
+  picker->addItem(QStringLiteral("30 seconds"));
+  SettingsWindow settings(picker, &main);
   main.show();
   for (const auto& [key, modifier] : {std::pair(Qt::Key_Escape, Qt::NoModifier), {Qt::Key_W, Qt::ControlModifier}}) {
     settings.bringToFront();
@@ -65,6 +69,10 @@ TEST(SettingsWindow, GoesByItsKeysAndKeepsNoProgramOpen) {
     EXPECT_FALSE(settings.isVisible()) << key;
   }
   EXPECT_TRUE(main.isVisible());
+  settings.bringToFront();
+  picker->showPopup();
+  QTest::keyClick(picker->view(), Qt::Key_W, Qt::ControlModifier);
+  EXPECT_FALSE(settings.isVisible()) << "also while a list is open";
   settings.bringToFront();
   EXPECT_FALSE(settings.isModal());
   QMetaObject::invokeMethod(&main, &QWidget::close, Qt::QueuedConnection);

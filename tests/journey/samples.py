@@ -86,10 +86,11 @@ def cell(window, beginning, column):
 
 
 def tag_by_menu(window, beginning, tag):
+    """From the first tag, which the sample has: there the keyboard begins."""
     window.click(cell(window, beginning, TAG_COLUMN))
     time.sleep(0.4)
     window.screenshot("samples-tag")
-    keys(*["Down"] * (tag + 1), "Return")
+    keys(*["Down"] * tag, "Return")
 
 
 def batch_rename(window, names):

@@ -40,6 +40,8 @@ SearchField::SearchField(const QString& objectName, const QString& placeholder, 
   field_->setObjectName(objectName + QStringLiteral("Text"));
   field_->setPlaceholderText(placeholder);
   field_->setAccessibleName(placeholder);
+  field_->setToolTip(QStringLiteral("%1 (%2)").arg(
+      placeholder, QKeySequence(Qt::CTRL | Qt::Key_F).toString(QKeySequence::NativeText)));
   clear_->setObjectName(objectName + QStringLiteral("Clear"));
   clear_->setAccessibleName(QStringLiteral("Clear"));
   clear_->hide();
