@@ -91,7 +91,7 @@ void MenuBar::addKitMenu() {
 }
 
 void MenuBar::addViewMenu() {
-  QMenu* view = addMenu(QStringLiteral("&View"));
+  QMenu* view = addNamedMenu(QStringLiteral("View"));
   kitList_ = addRow(view, QStringLiteral("kitList"), QStringLiteral("Kit List"), Qt::Key_F9);
   kitList_->setCheckable(true);
   kitList_->setChecked(true);
