@@ -18,7 +18,7 @@ namespace tamboro {
 namespace {
 
 constexpr std::size_t removalsHeld = 200;
-constexpr std::chrono::milliseconds patience{3};
+constexpr std::chrono::milliseconds patience{1};
 constexpr int maxNameTries = 10000;
 constexpr std::uint64_t largeFile = std::uint64_t{1} << 20U;
 const std::string temporaryPrefix(cardpaths::temporaryPrefix);
@@ -285,9 +285,10 @@ void BatchWriter::holdReplaced() {
 
 // Step 7, one group of files after the other. New folders go with the first: they are empty or show some of it.
 void BatchWriter::putInPlace() {
-  nothingWaited_ = Clock::now();
   for (; foldersMoved_ < batch_->newFolders.size(); ++foldersMoved_)
     card_.rename(temporaryFolder(foldersMoved_), batch_->newFolders[foldersMoved_]);
+  if (foldersMoved_ > 0) root_.writeBackVolume();
+  nothingWaited_ = Clock::now();
   const auto& files = batch_->files;
   for (; filesMoved_ < files.size(); ++filesMoved_) {
     if (filesMoved_ > 0 && files[filesMoved_].group != files[filesMoved_ - 1].group) barrier();

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -15,7 +14,9 @@
 #include <set>
 #include <stdexcept>
 
+#include "power_cut/Expectation.h"
 #include "power_cut/FatVolume.h"
+#include "power_cut/WriteLog.h"
 
 namespace tamboro::powercut {
 namespace {
@@ -48,10 +49,6 @@ constexpr std::array<const char*, faultKinds> faultNames = {"torn",   "empty", "
                                                             "shared", "late",  "short",   "parent", "left"};
 constexpr unsigned firstNote = shortName;
 constexpr std::size_t examplesShown = 6;
-constexpr std::uint64_t nothing = ~std::uint64_t{0};
-
-const std::string cardFolder = "ROLAND/SPD-SX/";
-constexpr std::array<const char*, 5> ranks = {"WAVE/DATA/", "WAVE/PRM/", "KIT/", "SYSTEM/TAG_LIST", "SYSTEM/WAVELIST"};
 
 std::string upper(std::string text) {
   std::ranges::transform(text, text.begin(), [](char c) { return c >= 'a' && c <= 'z' ? char(c - 'a' + 'A') : c; });
@@ -64,122 +61,11 @@ Bytes bytesOf(const fs::path& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// The log of dm-log-writes, entry by entry.
-class Log {
- public:
-  enum Flag : std::uint64_t { flush = 1, fua = 2, discard = 4, mark = 8 };
-  struct Item {
-    std::uint64_t flags = 0;
-    Write write;
-    std::string mark;
-  };
-
-  explicit Log(const fs::path& path) : stream_(path, std::ios::binary) {
-    struct {
-      std::uint64_t magic, version, entries;
-      std::uint32_t sector;
-    } head{};
-    read(&head, 28);
-    if (head.magic != 0x6A736677736872U) throw std::runtime_error("no log of dm-log-writes");
-    left_ = head.entries;
-    sector_ = head.sector;
-    stream_.seekg(sector_);
-  }
-
-  std::optional<Item> next() {
-    if (left_-- == 0) return std::nullopt;
-    Bytes header(sector_);
-    read(header.data(), sector_);
-    std::array<std::uint64_t, 4> fields{};
-    std::memcpy(fields.data(), header.data(), sizeof fields);
-    const auto [start, count, flags, length] = fields;
-    Item item{flags, {}, {}};
-    if ((flags & mark) != 0) {
-      item.mark.assign(header.begin() + 32, header.begin() + 32 + static_cast<std::ptrdiff_t>(length));
-      item.mark = item.mark.c_str();
-      return item;
-    }
-    if ((flags & discard) != 0) throw std::runtime_error("a discard: not a mount as users have it");
-    Bytes bytes(count * sector_);
-    read(bytes.data(), bytes.size());
-    item.write = Write::of(start * sector_ / sectorSize, std::move(bytes));
-    return item;
-  }
-
- private:
-  void read(void* to, std::size_t size) {
-    if (!stream_.read(static_cast<char*>(to), static_cast<std::streamsize>(size))) throw std::runtime_error("log ends");
-  }
-
-  std::ifstream stream_;
-  std::uint64_t left_ = 0;
-  std::size_t sector_ = sectorSize;
-};
-
-/// Paths as numbers, so that a card's files are a plain list.
-class Names {
- public:
-  std::size_t number(const std::string& path) {
-    const auto [found, isNew] = numbers_.try_emplace(path, paths_.size());
-    if (isNew) paths_.push_back(path);
-    return found->second;
-  }
-  const std::string& path(std::size_t number) const { return paths_[number]; }
-  std::size_t size() const { return paths_.size(); }
-
- private:
-  std::unordered_map<std::string, std::size_t> numbers_;
-  std::vector<std::string> paths_;
-};
-
-using Tree = std::map<std::string, std::uint64_t>;  ///< hashes of contents by path
-
 struct Seen {
   std::vector<std::uint64_t> hashes;  ///< by number: 0 where it isn't whole, `nothing` where it isn't there
   std::vector<bool> strict;           ///< found by strict readers, too
   std::vector<std::pair<Fault, std::string>> faults;
   std::uint64_t hash = 0;  ///< of all that
-};
-
-/// What may be seen while the card goes from the files `old` to the files `next`.
-struct Expectation {
-  Tree old, next;
-  std::set<std::string> removed, folders;
-  std::vector<std::uint64_t> oldHashes, nextHashes;  ///< by number
-  std::vector<std::size_t> staying, going;
-  std::array<std::vector<std::size_t>, ranks.size()> changed;
-
-  Expectation(Tree from, Tree to, std::set<std::string> gone, Names& names)
-      : old(std::move(from)), next(std::move(to)), removed(std::move(gone)) {
-    for (const Tree* tree : {&old, &next}) {
-      for (const auto& [path, hash] : *tree) {
-        names.number(path);
-        for (std::size_t i = path.find('/'); i != std::string::npos; i = path.find('/', i + 1))
-          folders.insert(path.substr(0, i));
-      }
-    }
-    const auto list = [&](const Tree& tree) {
-      std::vector<std::uint64_t> hashes(names.size(), nothing);
-      for (const auto& [path, hash] : tree)
-        hashes[names.number(path)] = hash;
-      return hashes;
-    };
-    oldHashes = list(old);
-    nextHashes = list(next);
-    for (const auto& [path, hash] : old) {
-      if (next.contains(path) && !removed.contains(path)) staying.push_back(names.number(path));
-    }
-    for (const std::string& path : removed)
-      going.push_back(names.number(path));
-    for (const auto& [path, hash] : next) {
-      const auto before = old.find(path);
-      for (std::size_t i = 0; i < ranks.size(); ++i) {
-        if (path.starts_with(cardFolder + ranks.at(i)) && (before == old.end() || before->second != hash)) {
-          changed.at(i).push_back(names.number(path));
-        }
-      }
-    }
-  }
 };
 
 class Replay {
@@ -194,17 +80,17 @@ class Replay {
   bool run(const std::string& name) {
     learnBase();
     while (auto item = log_.next()) {
-      if ((item->flags & Log::mark) != 0) {
+      if ((item->flags & WriteLog::mark) != 0) {
         if (item->mark != "dm-log-writes-end") mark(item->mark);
         continue;
       }
-      if ((item->flags & Log::flush) != 0) flush();
+      if ((item->flags & WriteLog::flush) != 0) flush();
       if (!item->write.bytes.empty()) {
         volume_.exchange(item->write);
         pending_.push_back(std::move(item->write));
         if (expected_) check(0);
       }
-      if ((item->flags & Log::fua) != 0) flush();
+      if ((item->flags & WriteLog::fua) != 0) flush();
     }
     flush();
     return report(name);
@@ -311,7 +197,6 @@ class Replay {
 
   void judge(const Seen& seen, std::vector<std::pair<Fault, std::string>>& faults) {
     faults = seen.faults;
-    const auto shown = [&](std::size_t number) { return at(seen.hashes, number); };
     const auto isStrict = [&](std::size_t number) { return number < seen.strict.size() && seen.strict[number]; };
     const auto add = [&](Fault kind, std::size_t number) { faults.emplace_back(kind, names_.path(number)); };
     for (const std::size_t number : expected_->staying) {
@@ -590,7 +475,7 @@ class Replay {
 
   fs::path folder_;
   FatVolume volume_;
-  Log log_;
+  WriteLog log_;
   std::size_t seeds_;
   std::mt19937 random_;
   Names names_;
