@@ -59,6 +59,10 @@ void AudioDevice::disconnect() {
   if (std::exchange(isConnected_, false)) SDL_QuitSubSystem(SDL_INIT_AUDIO);
 }
 
+void AudioDevice::leaveThread() {
+  SDL_TLSCleanup();
+}
+
 bool AudioDevice::isLost() const {
   return SDL_GetAudioDeviceStatus(device_) == SDL_AUDIO_STOPPED;
 }

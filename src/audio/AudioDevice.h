@@ -22,6 +22,8 @@ class AudioDevice {
   /// Gives the device back and stays connected to the server, so that the next opening is a short one.
   void close();
   void disconnect();
+  /// The calling thread ends and has used a device: frees what SDL keeps for it, which only knows of its own threads.
+  static void leaveThread();
   /// Render's own question: its server or plug went away, and nobody hears what it fills.
   bool isLost() const;
 

@@ -76,6 +76,7 @@ void OutputThread::run() {
   isClosing_ = true;
   lock.unlock();
   device_.disconnect();
+  AudioDevice::leaveThread();
   lock.lock();
   hasEnded_ = true;
   changed_.notify_all();
