@@ -51,10 +51,15 @@ void syncFolder(const FileSystem& card, const Path& folder) {
 
 // The removed file, still open; nothing where none is there.
 std::unique_ptr<OpenFile> removeHeld(FileSystem& card, const Path& path) {
-  if (card.entryStatus(path).kind != FileKind::regular) return nullptr;
-  std::unique_ptr<OpenFile> file = card.open(path);
-  card.removeFile(path);
-  return file;
+  try {
+    if (card.entryStatus(path).kind != FileKind::regular) return nullptr;
+    std::unique_ptr<OpenFile> file = card.open(path);
+    card.removeFile(path);
+    return file;
+  } catch (const FileError& error) {
+    if (error.code() == std::errc::filename_too_long) return nullptr;  // nothing can stand there
+    throw;
+  }
 }
 
 // Step 1. A plain removal would free clusters that the next write fills while the old name still stands on the device:

@@ -65,15 +65,23 @@ std::set<FileIdentity> identitiesInUse(const FileSystem& card, std::span<const W
   for (const Wave& wave : waves) {
     const auto file = wave.isPending ? std::nullopt : cardpaths::audioFile(wave);
     if (!file) continue;
-    const FileStatus status = card.status(*file);
-    if (status.kind == FileKind::regular) identities.insert(status.identity);
+    try {
+      const FileStatus status = card.status(*file);
+      if (status.kind == FileKind::regular) identities.insert(status.identity);
+    } catch (const FileError&) {
+      // A path is free text, and one that no volume can hold is no file; its text was compared all the same.
+    }
   }
   return identities;
 }
 
 // A link among the folders on the way can lead to files that aren't the card's.
 bool isOnCard(const FileSystem& card, const Path& file) {
-  return isInside(card.resolved(folderOf(file)), card.resolved({}));
+  try {
+    return isInside(card.resolved(folderOf(file)), card.resolved({}));
+  } catch (const FileError&) {
+    return false;
+  }
 }
 
 void addAudioRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePlan& plan) {
