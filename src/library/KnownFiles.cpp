@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <type_traits>
+#include <utility>
 
 namespace tamboro {
 
@@ -12,6 +14,15 @@ namespace {
 
 std::uint64_t pathHash(const Path& file) {
   return contentHash(file.native());
+}
+
+/// The entries of a path, first and end.
+template<class Entries>
+auto entriesOf(Entries& entries, const Path& file) {
+  using Entry = typename std::remove_reference_t<Entries>::value_type;
+  const std::uint64_t path = pathHash(file);
+  return std::pair(std::ranges::lower_bound(entries, path, {}, &Entry::path),
+                   std::ranges::upper_bound(entries, path, {}, &Entry::path));
 }
 
 }  // namespace
@@ -38,8 +49,8 @@ bool KnownFiles::isKnown(const Path& file) const {
 }
 
 bool KnownFiles::holds(const Path& file, ContentHash content) const {
-  const auto known = std::ranges::equal_range(entries_, pathHash(file), {}, &Entry::path);
-  return std::ranges::any_of(known, [&](const Entry& entry) { return entry.content == content; });
+  const auto [first, end] = entriesOf(entries_, file);
+  return std::any_of(first, end, [&](const Entry& entry) { return entry.content == content; });
 }
 
 void KnownFiles::begun(const Path& file, ContentHash content) {
@@ -49,14 +60,14 @@ void KnownFiles::begun(const Path& file, ContentHash content) {
 }
 
 void KnownFiles::removed(const Path& file) {
-  const auto known = std::ranges::equal_range(entries_, pathHash(file), {}, &Entry::path);
-  entries_.erase(known.begin(), known.end());
+  const auto [first, end] = entriesOf(entries_, file);
+  entries_.erase(first, end);
 }
 
 void KnownFiles::written(const Path& file, ContentHash content) {
-  const auto known = std::ranges::equal_range(entries_, pathHash(file), {}, &Entry::path);
-  if (known.size() == 1) {
-    known.front().content = content;
+  const auto [first, end] = entriesOf(entries_, file);
+  if (end - first == 1) {
+    first->content = content;
   } else {
     removed(file);
     begun(file, content);

@@ -186,7 +186,7 @@ void addAudio(const SaveSnapshot& snapshot, const Wave& wave, SavePlan& plan) {
 // A name such as KICKDR~1.WAV comes before the long ones: FAT gives a long name a short one of that shape that nothing
 // has yet, and a name that comes behind it would find the long one's file under its own.
 std::vector<Wave> shortNamesFirst(std::vector<Wave> waves) {
-  std::ranges::stable_partition(waves, [](const Wave& wave) {
+  std::stable_partition(waves.begin(), waves.end(), [](const Wave& wave) {
     const std::optional<Path> target = cardpaths::audioTarget(wave);
     return wave.isPending && target && target->filename().native().find('~') != std::string::npos;
   });
