@@ -69,6 +69,8 @@ void requireSameCard(const FileSystem& files, const Path& root, const std::strin
 }
 
 void requireFoldersInside(const FileSystem& card) {
+  // FAT has no links, and there each folder that is asked for is read to its end: 442 reads of a full card.
+  if (card.volumeSerial(".").starts_with("fat:")) return;
   std::vector<Path> folders{cardpaths::kitFolder(), cardpaths::waveFolder(), cardpaths::systemFolder()};
   for (const Path& parent : {cardpaths::waveParameterRoot(), cardpaths::waveDataRoot()}) {
     folders.push_back(parent);
