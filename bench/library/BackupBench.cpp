@@ -1,7 +1,7 @@
 // What the backup before a save costs, against the least that any such backup does: remove the old copy, then read and
 // write each file, in one thread.
 
-#include "library/Backup.h"
+#include "library/saving/Backup.h"
 
 #include <fcntl.h>
 #include <unistd.h>

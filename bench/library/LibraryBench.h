@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/RolandLibrary.h"
+#include "library/store/RolandLibrary.h"
 #include "platform/RealFileSystem.h"
 #include "support/HandFolderPanel.h"
 #include "support/HandJobs.h"

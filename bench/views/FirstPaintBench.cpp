@@ -4,8 +4,8 @@
 
 #include "library/Measure.h"
 #include "views/ViewsBench.h"
-#include "views/WaveBrowserView.h"
-#include "views/controls/RowList.h"
+#include "views/lists/RowList.h"
+#include "views/samples/WaveBrowserView.h"
 
 namespace tamboro::bench {
 namespace {

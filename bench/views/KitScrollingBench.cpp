@@ -6,10 +6,10 @@
 #include <QVBoxLayout>
 
 #include "library/Measure.h"
-#include "views/KitListRules.h"
-#include "views/KitListView.h"
-#include "views/KitRowDelegate.h"
 #include "views/ViewsBench.h"
+#include "views/kits/KitListRules.h"
+#include "views/kits/KitListView.h"
+#include "views/kits/KitRowDelegate.h"
 
 namespace tamboro::bench {
 namespace {

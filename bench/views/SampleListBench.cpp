@@ -8,9 +8,9 @@
 
 #include "library/Measure.h"
 #include "views/ViewsBench.h"
-#include "views/WaveBrowserView.h"
-#include "views/WaveRowDelegate.h"
-#include "views/controls/RowList.h"
+#include "views/lists/RowList.h"
+#include "views/samples/WaveBrowserView.h"
+#include "views/samples/WaveRowDelegate.h"
 
 namespace tamboro::bench {
 namespace {

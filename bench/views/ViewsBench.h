@@ -6,7 +6,7 @@
 
 #include "audio/SamplePlayer.h"
 #include "library/LibraryBench.h"
-#include "views/ContentView.h"
+#include "views/window/ContentView.h"
 
 namespace tamboro::bench {
 

@@ -13,10 +13,10 @@
 #include "platform/EventTurns.h"
 #include "platform/RealFileSystem.h"
 #include "platform/ThreadJobs.h"
-#include "views/ContentView.h"
-#include "views/PreferencesView.h"
 #include "views/look/Look.h"
 #include "views/look/LookStyle.h"
+#include "views/settings/PreferencesView.h"
+#include "views/window/ContentView.h"
 
 namespace tamboro {
 

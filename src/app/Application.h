@@ -9,7 +9,7 @@
 #include "app/DesktopPrompts.h"
 #include "app/NetworkFeedFetcher.h"
 #include "audio/SamplePlayer.h"
-#include "library/RolandLibrary.h"
+#include "library/store/RolandLibrary.h"
 
 namespace tamboro {
 

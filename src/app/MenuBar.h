@@ -4,7 +4,7 @@
 #include <array>
 #include <optional>
 
-#include "library/RolandLibrary.h"
+#include "library/store/RolandLibrary.h"
 
 namespace tamboro {
 

@@ -1,7 +1,7 @@
 #include "library/LibraryError.h"
 
 #include "card/SpdParseError.h"
-#include "library/CardCheck.h"
+#include "library/saving/CardCheck.h"
 
 namespace tamboro {
 

@@ -6,7 +6,7 @@
 #include <QSignalSpy>
 
 #include "app/StoreUndoKeys.h"
-#include "views/MainWindow.h"
+#include "views/window/MainWindow.h"
 
 namespace tamboro::test {
 namespace {

@@ -32,7 +32,7 @@ DISK_WORDS = re.compile(r"\b(?:FILE|fopen|freopen|tmpfile|popen)\b")
 BEHIND = {"text": re.compile(r"unicode/.*"), "library": re.compile(r"xxhash.*"), "audio": re.compile(r"SDL.*|sndfile.*")}
 # Sources that run off the main thread take and return plain values.
 JOBS = ("*Job*", "CardWriter*", "SavePlan*", "Backup*")
-STORE = "library/RolandLibrary.h"
+STORE = "library/store/RolandLibrary.h"
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*([<"])([^>"\n]+)', re.MULTILINE)
 LINE_COMMENT = re.compile(r"//.*")
@@ -111,10 +111,10 @@ CLEAN = {
     "text/Unicode.cpp": "#include <unicode/unistr.h>\n",
     "model/Kit.h": '#include "card/SpdNode.h"\n/*\n#include <QString>\n*/\n// #include <fstream>\n',
     "platform/FileSystem.h": "#include <QString>\n#include <filesystem>\n",
-    "library/RolandLibrary.h": '#include "model/Kit.h"\n#include "library/SaveJob.h"\n',
+    "library/store/RolandLibrary.h": '#include "model/Kit.h"\n#include "library/SaveJob.h"\n',
     "library/SaveJob.h": '#include "platform/FileSystem.h"\n',
     "audio/SamplePlayer.cpp": "#include <SDL.h>\n#include <sndfile.h>\n",
-    "views/KitListView.cpp": '#include "library/RolandLibrary.h"\n#include "KitListView.moc"\n',
+    "views/KitListView.cpp": '#include "library/store/RolandLibrary.h"\n#include "KitListView.moc"\n',
     "app/main.cpp": '#include "platform/FileSystem.h"\n',
 }
 # What is planted and the file that must be named, with a word of the reason.
@@ -123,7 +123,7 @@ PLANTED = [
     ({"text/Bad.cpp": "#include <QtCore/QString>\n"}, "text/Bad.cpp", "toolkit"),
     ({"model/Bad.cpp": "  #  include <fstream>\n"}, "model/Bad.cpp", "no file"),
     ({"card/Bad.cpp": 'auto f = fopen("a", "r");\n'}, "card/Bad.cpp", "no file"),
-    ({"model/Bad.cpp": '#include "library/RolandLibrary.h"\n'}, "model/Bad.cpp", "may not include"),
+    ({"model/Bad.cpp": '#include "library/store/RolandLibrary.h"\n'}, "model/Bad.cpp", "may not include"),
     ({"views/Bad.cpp": '#include "card/SpdNode.h"\n'}, "views/Bad.cpp", "may not include"),
     ({"audio/Bad.cpp": '#include "platform/FileSystem.h"\n'}, "audio/Bad.cpp", "may not include"),
     ({"library/Bad.cpp": '#include "SaveJob.h"\n'}, "library/Bad.cpp", "relative to src/"),

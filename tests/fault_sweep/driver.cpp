@@ -10,7 +10,7 @@
 #include <functional>
 #include <map>
 
-#include "library/RolandLibrary.h"
+#include "library/store/RolandLibrary.h"
 #include "platform/RealFileSystem.h"
 #include "support/HandFolderPanel.h"
 #include "support/HandJobs.h"

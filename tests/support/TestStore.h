@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "library/RolandLibrary.h"
+#include "library/store/RolandLibrary.h"
 #include "support/HandFolderPanel.h"
 #include "support/HandJobs.h"
 #include "support/HandTimers.h"

@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "library/Backup.h"
-#include "library/RolandLibrary.h"
+#include "library/saving/Backup.h"
+#include "library/store/RolandLibrary.h"
 #include "platform/RealFileSystem.h"
 #include "support/HandFolderPanel.h"
 #include "support/HandJobs.h"

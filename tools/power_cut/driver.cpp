@@ -10,7 +10,7 @@
 #include <string>
 
 #include "library/CardPaths.h"
-#include "library/RolandLibrary.h"
+#include "library/store/RolandLibrary.h"
 #include "platform/RealFileSystem.h"
 #include "support/HandFolderPanel.h"
 #include "support/HandJobs.h"

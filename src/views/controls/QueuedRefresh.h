@@ -4,7 +4,7 @@
 #include <functional>
 #include <set>
 
-#include "library/RolandLibrary.h"
+#include "library/store/RolandLibrary.h"
 
 namespace tamboro {
 

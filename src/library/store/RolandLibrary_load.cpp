@@ -1,0 +1,162 @@
+#include <algorithm>
+#include <array>
+
+#include "library/FileCopy.h"
+#include "library/LibraryError.h"
+#include "library/reading/CardReader.h"
+#include "library/saving/CardCheck.h"
+#include "library/store/RolandLibrary.h"
+#include "platform/FolderBookmark.h"
+
+namespace tamboro {
+namespace {
+
+FileKind kindOf(const FileSystem& files, const Path& path) {
+  try {
+    return files.status(path).kind;
+  } catch (const FileError&) {
+    return FileKind::none;
+  }
+}
+
+bool isCardRoot(const FileSystem& files, const Path& folder) {
+  static const std::array<const char*, 3> parts{"KIT", "WAVE", "SYSTEM"};
+  return std::all_of(parts.begin(), parts.end(),
+                     [&](const char* part) { return kindOf(files, folder / part) != FileKind::none; });
+}
+
+std::vector<Path> entries(const FileSystem& files, const Path& folder) {
+  std::vector<Path> paths;
+  for (const std::string& name : listedOrNone(files, folder))  // what can't be listed holds no card
+    paths.push_back(folder / name);
+  return paths;
+}
+
+/// Whether there is a document that could take the place of a damaged one.
+bool isWholeIn(const FileSystem& files, const Path& file) {
+  try {
+    std::string bytes;
+    files.read(file, bytes);
+    SpdDocument::parse(bytes);
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+/// The search reaches two levels below the chosen folder, so that a volume, its Roland folder or a folder that holds a
+/// copy of a volume all open the card.
+std::optional<Path> RolandLibrary::resolveRoot(const Path& location) const {
+  const FileSystem& files = services_.files;
+  for (const Path& candidate : {location, location / "SPD-SX", location / "Roland" / "SPD-SX"}) {
+    if (isCardRoot(files, candidate)) return candidate;
+  }
+  for (const Path& entry : entries(files, location)) {
+    if (kindOf(files, entry) != FileKind::folder) continue;
+    if (isCardRoot(files, entry)) return entry;
+    for (const Path& below : entries(files, entry)) {
+      if (isCardRoot(files, below)) return below;
+    }
+  }
+  return std::nullopt;
+}
+
+void RolandLibrary::load(const Path& location) {
+  const auto root = resolveRoot(location);
+  if (!root) throw LibraryError(LibraryError::Case::rootNotFound);
+  // A card that is being written would be read half old, half new; and a save that was asked for must not find another
+  // card open when its turn comes.
+  if (isExporting_) services_.jobs.waitForAll();
+  const Path resolvedRoot = services_.files.resolved(*root);
+  const auto card = services_.files.rooted(*root);
+  requireFoldersInside(*card);
+  std::string serial = card->volumeSerial(".");
+  CardContent content = readCard(*card);
+
+  rootURL_ = *root;
+  serial_ = std::move(serial);
+  known_ = std::move(content.known);
+  leftovers_ = findLeftovers(*card);
+  kits_ = std::move(content.kits);
+  waves_ = std::move(content.waves);
+  tagList_ = TagList{content.tagListDoc.root, false};
+  kitDocs_ = std::move(content.kitDocs);
+  waveDocs_ = std::move(content.waveDocs);
+  tagListDoc_ = std::move(content.tagListDoc);
+  pendingDeletions_.clear();
+  deletedWaves_.clear();
+  pendingKitDeletions_.clear();
+  stagedAudioFiles_.clear();
+  maybeFree_ = 0;
+  begunWaves_.clear();
+  lives_.openCard(cardIdentity(), resolvedRoot);
+  ++loadCount_;
+  rootPath_ = QString::fromLocal8Bit(root->native().c_str());
+  isLoaded_ = true;
+  lastError_.reset();
+  lastErrorDetail_.clear();
+  for (const Property property : {Property::kits, Property::waves, Property::tagList, Property::pendingDeletions,
+                                  Property::rootPath, Property::isLoaded, Property::lastError}) {
+    Q_EMIT published(property);
+  }
+}
+
+void RolandLibrary::tryLoad(const Path& location) {
+  try {
+    load(location);
+  } catch (const std::exception&) {
+    lastError_ = errorText(std::current_exception());
+    lastErrorDetail_ = detailOf(std::current_exception());
+    Q_EMIT published(Property::lastError);
+  }
+}
+
+/// A card without a serial number is known by what it holds.
+std::string RolandLibrary::cardIdentity() const {
+  return serial_.empty() ? known_.fingerprint() : serial_;
+}
+
+QString RolandLibrary::detailOf(const std::exception_ptr& error) const {
+  try {
+    std::rethrow_exception(error);
+  } catch (const DamagedFile& damage) {
+    const QString file = QString::fromUtf8(QByteArray::fromStdString(damage.file().native()));
+    const QString what = damage.kind() == SpdParseError::Kind::empty ? QStringLiteral("%1 is empty. %2")
+                                                                     : QStringLiteral("%1 is damaged. %2");
+    return what.arg(file, isWholeIn(services_.files, services_.backupDestination / damage.file())
+                              ? QStringLiteral("The backup folder holds a whole copy of it.")
+                              : QStringLiteral("The backup folder holds no copy of it."));
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+void RolandLibrary::readAgain() {
+  if (const auto root = rootURL_) tryLoad(*root);
+}
+
+void RolandLibrary::chooseRoot(std::function<void()> failed) {
+  const FolderRequest request{QStringLiteral("Choose"),
+                              QStringLiteral("Choose the SPD-SX volume (or the Roland/SPD-SX folder)")};
+  services_.folderPanel.chooseFolder(request, [this, failed = std::move(failed)](const std::optional<Path>& location) {
+    if (!location) return;
+    // Before the load: a chosen folder that fails to open is still the one to try at the next start.
+    if (const auto bookmark = makeBookmark(*location)) services_.defaults.setBytes(bookmarkKey, *bookmark);
+    tryLoad(*location);
+    if (lastError_ && failed) failed();
+  });
+}
+
+void RolandLibrary::restoreFromBookmark() {
+  const auto bookmark = services_.defaults.bytes(bookmarkKey);
+  if (!bookmark) return;
+  if (const auto location = resolveBookmark(services_.files, *bookmark)) tryLoad(*location);
+}
+
+void RolandLibrary::openDroppedFolder(const Path& location) {
+  tryLoad(location);
+}
+
+}  // namespace tamboro

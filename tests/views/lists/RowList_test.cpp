@@ -1,0 +1,249 @@
+#include "views/lists/RowList.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QApplication>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include "views/lists/RowDelegate.h"
+
+namespace tamboro {
+namespace {
+
+class PlainDelegate : public RowDelegate {
+ public:
+  QRect editorRect(const QStyleOptionViewItem& option, const QModelIndex&) const override { return option.rect; }
+  int columnWidth(int column) const override { return column == 1 ? 0 : 30; }
+
+ protected:
+  void paintCell(QPainter&, const QStyleOptionViewItem&, const QModelIndex&) const override {}
+  int rowHeight(const QModelIndex& index) const override {
+    return static_cast<const RowModel*>(index.model())->key(index)->kind == RowKey::Kind::detail ? 50 : 32;
+  }
+};
+
+constexpr RowKey row(std::int64_t record) {
+  return {0, record};
+}
+constexpr RowKey detailOf(std::int64_t record) {
+  return {0, record, RowKey::Kind::detail};
+}
+
+/// Three columns: a control, the name, and a control that rows of an odd record lack.
+struct Rows {
+  QWidget window;
+  RowList list{new RowModel(3, value), new PlainDelegate};
+  std::vector<std::string> told;
+
+  Rows() {
+    list.setAccessibleName(QStringLiteral("Rows"));
+    list.setSelectionMode(QAbstractItemView::ExtendedSelection);
+    list.setMainColumn(1);
+    auto* column = new QVBoxLayout(&window);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addWidget(&list);
+    column->addWidget(new QPushButton);
+    window.resize(300, 400);
+    QObject::connect(&list, &RowList::cellPressed, [this](const RowKey& key, int cell) {
+      told.push_back("cell " + std::to_string(key.record) + "." + std::to_string(cell));
+    });
+    QObject::connect(&list, &RowList::rowActivated, [this](const RowKey& key, Qt::Key pressed) {
+      told.push_back("row " + std::to_string(key.record) + " " +
+                     QKeySequence(pressed).toString(QKeySequence::PortableText).toStdString());
+    });
+    QObject::connect(&list, &RowList::dragRequested,
+                     [this](const RowKey& key) { told.push_back("drag " + std::to_string(key.record)); });
+    fill(6);
+    window.show();
+    window.activateWindow();
+    QApplication::processEvents();
+  }
+  ~Rows() { list.setParent(nullptr); }
+
+  static QVariant value(const RowKey& key, int column, int role) {
+    const bool isControl = key.kind == RowKey::Kind::record && (column == 0 || (column == 2 && key.record % 2 == 0));
+    if (role == rowRole::isControl) return isControl;
+    if (role == rowRole::accessible && isControl) return static_cast<int>(QAccessible::Button);
+    if (role == Qt::DisplayRole && column == 1) return QString::number(key.record);
+    return {};
+  }
+  void fill(std::int64_t count, std::set<std::int64_t> opened = {}) {
+    std::vector<RowKey> keys;
+    for (std::int64_t record = 0; record < count; ++record) {
+      keys.push_back(row(record));
+      if (opened.contains(record)) keys.push_back(detailOf(record));
+    }
+    list.setRows(std::move(keys), {});
+  }
+  QPoint place(std::int64_t record, int column) const { return list.cellRect(row(record), column).center(); }
+  void click(std::int64_t record, int column, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, modifiers, place(record, column));
+  }
+  void key(Qt::Key pressed, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(&list, pressed, modifiers); }
+  std::string selected() const {
+    std::string text;
+    for (const RowKey& key : list.selectedKeys())
+      text += std::to_string(key.record) + (key.kind == RowKey::Kind::detail ? "d " : " ");
+    return text;
+  }
+  std::vector<std::string> takeTold() { return std::exchange(told, {}); }
+};
+
+using Told = std::vector<std::string>;
+
+TEST(RowList, AClickPressesAControlOrSelectsARow) {
+  Rows rows;
+  rows.click(2, 1);
+  EXPECT_EQ(rows.selected(), "2 ");
+  EXPECT_TRUE(rows.list.hasFocus());
+  rows.window.findChild<QPushButton*>()->setFocus();
+  rows.click(4, 0);
+  rows.click(4, 2);
+  EXPECT_EQ(rows.takeTold(), (Told{"cell 4.0", "cell 4.2"}));
+  EXPECT_EQ(rows.selected(), "2 ") << "a control selects nothing";
+  EXPECT_FALSE(rows.list.hasFocus()) << "and takes no focus";
+  rows.click(3, 2);
+  EXPECT_EQ(rows.selected(), "3 ") << "an empty slot belongs to its row";
+  QTest::mousePress(rows.list.viewport(), Qt::LeftButton, {}, rows.place(4, 0));
+  QTest::mouseRelease(rows.list.viewport(), Qt::LeftButton, {}, rows.place(4, 1));
+  EXPECT_EQ(rows.takeTold(), Told{}) << "let go beside it";
+  EXPECT_EQ(rows.selected(), "3 ");
+}
+
+TEST(RowList, TheKeyboardReachesEachControl) {
+  Rows rows;
+  rows.click(1, 1);
+  rows.key(Qt::Key_Right);
+  EXPECT_EQ(rows.list.currentIndex().column(), 1) << "an empty slot is no place";
+  rows.key(Qt::Key_Down);
+  rows.key(Qt::Key_Right);
+  rows.key(Qt::Key_Space);
+  rows.key(Qt::Key_Return);
+  EXPECT_EQ(rows.takeTold(), (Told{"cell 2.2", "cell 2.2"}));
+  rows.key(Qt::Key_F2);
+  rows.key(Qt::Key_Down);
+  EXPECT_EQ(rows.list.currentIndex().column(), 1) << "the row below has no control there";
+  EXPECT_EQ(rows.selected(), "3 ");
+  for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Enter, Qt::Key_Delete, Qt::Key_Backspace})
+    rows.key(key);
+  EXPECT_EQ(rows.takeTold(), (Told{"row 2 F2", "row 3 Space", "row 3 Return", "row 3 Del", "row 3 Backspace"}));
+  rows.key(Qt::Key_Left);
+  rows.key(Qt::Key_Left);
+  rows.key(Qt::Key_Down);
+  rows.key(Qt::Key_Space);
+  EXPECT_EQ(rows.takeTold(), Told{"cell 4.0"});
+}
+
+TEST(RowList, SelectsSeveralAndStepsOverDetails) {
+  Rows rows;
+  rows.fill(6, {1, 5});
+  rows.click(0, 1);
+  rows.click(3, 1, Qt::ShiftModifier);
+  EXPECT_EQ(rows.selected(), "0 1 2 3 ");
+  rows.click(1, 1, Qt::ControlModifier);
+  rows.click(5, 1, Qt::ControlModifier);
+  EXPECT_EQ(rows.selected(), "0 2 3 5 ");
+  rows.key(Qt::Key_Down);
+  EXPECT_EQ(rows.list.currentIndex(), rows.list.rows().indexOf(row(5)).siblingAtColumn(1))
+      << "the last row's details are no row";
+  rows.key(Qt::Key_Up);
+  EXPECT_EQ(rows.selected(), "4 ");
+  rows.click(1, 1);
+  rows.key(Qt::Key_Down);
+  rows.key(Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(rows.selected(), "1 2 ");
+  rows.key(Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(rows.selected(), "0 1 2 3 4 5 ");
+  rows.list.setSelectedKeys({row(2), row(4)});
+  rows.fill(5);
+  EXPECT_EQ(rows.selected(), "2 4 ") << "kept across other rows";
+  rows.click(4, 1);
+  rows.fill(3);
+  EXPECT_EQ(rows.selected(), "");
+  EXPECT_EQ(rows.list.currentIndex().row(), 2) << "the keyboard stays near the row that went";
+}
+
+TEST(RowList, DraggingARowLeavesTheSelection) {
+  Rows rows;
+  rows.list.setDragEnabled(true);
+  rows.list.setSelectedKeys({row(1), row(2)});
+  const auto drag = [&](std::int64_t record, int column) {
+    const QPoint start = rows.place(record, column);
+    QTest::mousePress(rows.list.viewport(), Qt::LeftButton, {}, start);
+    for (const int step : {1, 30, 60}) {
+      QMouseEvent move(QEvent::MouseMove, start + QPoint(0, step), rows.list.viewport()->mapToGlobal(start),
+                       Qt::NoButton, Qt::LeftButton, {});
+      QApplication::sendEvent(rows.list.viewport(), &move);
+    }
+  };
+  drag(2, 1);
+  EXPECT_EQ(rows.takeTold(), Told{"drag 2"}) << "once";
+  EXPECT_EQ(rows.selected(), "1 2 ");
+  drag(4, 0);
+  EXPECT_EQ(rows.takeTold(), Told{}) << "a control is not dragged";
+}
+
+TEST(RowList, DetailsLiveAsLongAsTheirRow) {
+  Rows rows;
+  rows.fill(40, {2});
+  QPointer<QWidget> detail = new QWidget;
+  auto* field = new QLineEdit(detail);
+  rows.list.openDetail(detailOf(2), detail);
+  EXPECT_EQ(detail->geometry(), QRect(0, 3 * 32, rows.list.viewport()->width(), 50));
+  rows.list.setFocus();
+  rows.key(Qt::Key_Tab);
+  EXPECT_EQ(rows.window.focusWidget(), field) << "next to the list";
+  rows.list.verticalScrollBar()->setValue(600);
+  rows.list.setFocus();
+  rows.key(Qt::Key_Tab);
+  EXPECT_EQ(detail->y(), 0) << "brought into sight";
+  rows.list.verticalScrollBar()->setValue(64);
+  EXPECT_EQ(detail->y(), 32);
+  rows.fill(41, {2});
+  EXPECT_EQ(rows.list.detail(detailOf(2)), detail);
+  rows.fill(41);
+  QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(detail.isNull());
+}
+
+TEST(RowList, GoesThroughTenThousandRowsByPagesAndSearch) {
+  Rows rows;
+  rows.fill(10000);
+  rows.click(0, 1);
+  rows.key(Qt::Key_End);
+  EXPECT_EQ(rows.selected(), "9999 ");
+  EXPECT_LE(rows.list.cellRect(row(9999), 1).bottom(), rows.list.viewport()->rect().bottom());
+  rows.key(Qt::Key_PageUp);
+  const auto pageUp = rows.list.currentIndex().row();
+  EXPECT_NEAR(pageUp, 9999 - rows.list.viewport()->height() / 32, 1);
+  rows.key(Qt::Key_Right);
+  rows.list.keyboardSearch(QStringLiteral("1234"));
+  EXPECT_EQ(rows.selected(), "1234 ");
+  EXPECT_TRUE(rows.list.viewport()->rect().contains(rows.list.cellRect(row(1234), 1)));
+}
+
+TEST(RowList, AssistiveToolsPressEachControl) {
+  Rows rows;
+  rows.list.setSelectedKeys({row(0)});
+  QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&rows.list);
+  ASSERT_EQ(list->childCount(), 6 * 3);
+  QAccessibleInterface* control = list->child(4 * 3 + 2);
+  EXPECT_EQ(control->role(), QAccessible::Button);
+  control->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(rows.takeTold(), Told{"cell 4.2"});
+  EXPECT_TRUE(list->child(1)->state().selected);
+  QAccessibleInterface* name = list->child(4 * 3 + 1);
+  EXPECT_EQ(name->text(QAccessible::Name), QStringLiteral("4"));
+  name->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(rows.selected(), "4 ");
+  const QPoint onControl = rows.list.viewport()->mapToGlobal(rows.place(2, 0));
+  EXPECT_EQ(list->indexOfChild(list->childAt(onControl.x(), onControl.y())), 2 * 3);
+}
+
+}  // namespace
+}  // namespace tamboro
