@@ -8,8 +8,10 @@
 
 #include "app/AboutPanel.h"
 #include "app/MenuBar.h"
+#include "app/SessionHold.h"
 #include "app/SettingsWindow.h"
 #include "app/StoreUndoKeys.h"
+#include "app/WindowPlace.h"
 #include "platform/EventTurns.h"
 #include "platform/RealFileSystem.h"
 #include "platform/ThreadJobs.h"
@@ -38,7 +40,7 @@ Application::Application()
                     QStringLiteral(TAMBORO_VERSION), [](const QUrl& page) { QDesktopServices::openUrl(page); },
                     &QDateTime::currentSecsSinceEpoch}),
       files_(makeRealFileSystem()),
-      jobs_(makeThreadJobs()),
+      jobs_(std::make_unique<SessionHold>(makeThreadJobs())),
       folderPanel_(*files_),
       library_(std::make_unique<RolandLibrary>(
           LibraryServices{*files_, *defaults_, *jobs_, *timers_, folderPanel_,
@@ -49,7 +51,12 @@ Application::Application()
   new EventTurns(library_->undoManager(), window_.get());
   new StoreUndoKeys(library_->undoManager(), window_.get());
   // However the program ends, a running save or export comes to its end first. Nobody is asked.
-  connect(qApp, &QApplication::aboutToQuit, this, [this] { jobs_->waitForAll(); });
+  connect(qApp, &QApplication::aboutToQuit, this, &Application::finish);
+  connect(&endSignals_, &EndSignals::asked, qApp, &QApplication::quit);
+  // The end of the session: it goes on when this returns.
+  connect(qApp, &QApplication::commitDataRequest, this, &Application::finish, Qt::DirectConnection);
+  connect(&scheme_, &ColourScheme::changed, this, &Application::followScheme);
+  followScheme();
   qApp->installEventFilter(this);
 }
 
@@ -61,7 +68,7 @@ void Application::makeWindow() {
   window_->setWindowTitle(QStringLiteral("Tamboro"));
   auto* menus = new MenuBar(*library_);
   window_->setMenuBar(menus);
-  auto* content = new ContentView(*library_, player_, *files_, *defaults_, prompts_);
+  auto* content = content_ = new ContentView(*library_, player_, *files_, *defaults_, prompts_);
   window_->setCentralWidget(content);
   connect(menus, &MenuBar::kitListToggled, content, &ContentView::setKitListShown);
   connect(content, &ContentView::kitListShownChanged, menus, &MenuBar::showKitListShown);
@@ -76,6 +83,23 @@ void Application::makeWindow() {
   // The title bar, whose height only the desktop knows, and later than now.
   const QSize room = window_->screen()->availableSize() - QSize(0, titleBarRoom);
   window_->resize(QSize(Look::px(1200), Look::px(800)).boundedTo(room));
+  restoreWindowPlace(*defaults_, *window_, content->columns());
+}
+
+void Application::finish() {
+  rememberWindowPlace(*defaults_, *window_, content_->columns());
+  jobs_->waitForAll();
+}
+
+void Application::followScheme() {
+  switch (scheme_.wish()) {
+    case ColourScheme::Wish::light:
+      return LookStyle::apply(Look::light());
+    case ColourScheme::Wish::dark:
+      return LookStyle::apply(Look::dark());
+    case ColourScheme::Wish::unknown:
+      return LookStyle::apply(LookStyle::systemLook());
+  }
 }
 
 void Application::showMainWindow() {
@@ -98,7 +122,7 @@ void Application::showPreferences() {
 
 bool Application::eventFilter(QObject* watched, QEvent* event) {
   // The desktop's light or dark can change while the program runs.
-  if (event->type() == QEvent::ThemeChange && watched == window_.get()) LookStyle::apply(LookStyle::systemLook());
+  if (event->type() == QEvent::ThemeChange && watched == window_.get()) followScheme();
 #ifdef Q_OS_MACOS
   // Clicking the running program's icon in the Dock.
   if (event->type() == QEvent::ApplicationActivate && window_)
