@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QDesktopServices>
+#include <QFile>
 #include <QScreen>
 #include <QStandardPaths>
 
@@ -15,6 +16,7 @@
 #include "platform/EventTurns.h"
 #include "platform/RealFileSystem.h"
 #include "platform/ThreadJobs.h"
+#include "views/help/GuideWindow.h"
 #include "views/look/Look.h"
 #include "views/look/LookStyle.h"
 #include "views/settings/PreferencesView.h"
@@ -75,6 +77,7 @@ void Application::makeWindow() {
   connect(menus, &MenuBar::searchRequested, content, &ContentView::search);
   connect(menus, &MenuBar::columnRequested, content, &ContentView::walkColumns);
   connect(menus, &MenuBar::aboutRequested, this, &Application::showAbout);
+  connect(menus, &MenuBar::guideRequested, this, &Application::showGuide);
   connect(menus, &MenuBar::preferencesRequested, this, &Application::showPreferences);
   UpdaterController& updater = appDelegate_.updaterController();
   updater.attach(window_.get());
@@ -118,6 +121,15 @@ void Application::showPreferences() {
     settings_ =
         new SettingsWindow(new PreferencesView(*library_, *files_, *jobs_, fileViewer_, prompts_), window_.get());
   settings_->bringToFront();
+}
+
+void Application::showGuide() {
+  if (!guide_) {
+    QFile file(QStringLiteral(":/GUIDE.md"));
+    const bool isOpen = file.open(QIODevice::ReadOnly);
+    guide_ = new GuideWindow(isOpen ? QString::fromUtf8(file.readAll()) : QString(), window_.get());
+  }
+  guide_->bringToFront();
 }
 
 bool Application::eventFilter(QObject* watched, QEvent* event) {

@@ -16,6 +16,7 @@
 namespace tamboro {
 
 class ContentView;
+class GuideWindow;
 class SettingsWindow;
 
 /// The application object: owns the delegate, the desktop's services, the one store, the one player, the main
@@ -35,6 +36,7 @@ class Application : public QObject {
   void makeWindow();
   void showAbout();
   void showPreferences();
+  void showGuide();
   void followScheme();
   void finish();
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -55,6 +57,7 @@ class Application : public QObject {
   ColourScheme scheme_;
   EndSignals endSignals_;
   SettingsWindow* settings_ = nullptr;  ///< made when first asked for, the main window's
+  GuideWindow* guide_ = nullptr;        ///< likewise
 };
 
 }  // namespace tamboro
