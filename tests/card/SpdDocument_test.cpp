@@ -74,7 +74,7 @@ TEST(SpdDocument, GivesBackWhatItReadButLeadingWhitespaceOfTextAndIllFormedText)
   for (const std::string& bytes : kept)
     EXPECT_EQ(roundTrip(bytes), bytes) << bytes.substr(0, 80);
   const std::pair<std::string, std::string> changed[] = {
-      {"<A>\r\n  7 \n</A>", "<A>7 \n</A>"},
+      {"<A>\r\n \v 7 \n</A>", "<A>\v 7 \n</A>"},
       {"<A> <B>\t</B> </A> ", "<A> <B></B> </A> "},
       {"<\xFF>\n <\xC0\xAF>1</\uFFFD\uFFFD>\n</\uFFFD>\xFF",
        "<\uFFFD>\n <\uFFFD\uFFFD>1</\uFFFD\uFFFD>\n</\uFFFD>\xFF"},

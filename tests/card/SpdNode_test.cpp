@@ -78,7 +78,7 @@ SpdNode cells(std::initializer_list<std::string_view> codes) {
 
 TEST(SpdNode, ReadsNamesUpToTheFirstUnusableCode) {
   EXPECT_EQ(cells({"65", "66", "67"}).encodedName("Nm", 2), "AB");
-  EXPECT_EQ(cells({"233", "8364", "129345", "1114111"}).encodedName("Nm", 9), "\u00E9\u20AC\U0001F941\U0010FFFF");
+  EXPECT_EQ(cells({"233", "8364", "1048575", "1114111"}).encodedName("Nm", 9), "\u00E9\u20AC\U000FFFFF\U0010FFFF");
   EXPECT_EQ(cells({"55295", "57344"}).encodedName("Nm", 2), "\uD7FF\uE000");
   for (const auto* end : {"0", "55296", "57343", "1114112", "-1", "x", "4294967361"})
     EXPECT_EQ(cells({"65", end, "66"}).encodedName("Nm", 3), "A") << end;
