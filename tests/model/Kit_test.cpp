@@ -50,6 +50,14 @@ TEST(Kit, AnIndexThatIsNoPadChangesNothing) {
   EXPECT_EQ(kit, before);
 }
 
+TEST(Kit, OnlyADifferentPadMakesItDirty) {
+  Kit kit{1, tree("<Kit><PadPrm><Wv>12</Wv></PadPrm></Kit>")};
+  EXPECT_FALSE(kit.writePadWave(0, 12));
+  EXPECT_FALSE(kit.isDirty);
+  EXPECT_TRUE(kit.writePadNote(0, 60));  // a default that was missing
+  EXPECT_TRUE(kit.isDirty);
+}
+
 TEST(Kit, AppliedPadsReplaceWholeElementsInListOrder) {
   Kit kit{1, tree("<Kit><PadPrm>a</PadPrm>  <X/><PadPrm>b</PadPrm></Kit>")};
   EXPECT_EQ(kit.padCount(), 2);
