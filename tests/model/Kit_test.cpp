@@ -29,16 +29,6 @@ TEST(Kit, ReadsItsLeavesOrTheirDefaults) {
   EXPECT_FALSE(empty.isFxOn(1));
 }
 
-TEST(Kit, TempoIsStoredInTenthsWithHalvesAwayFromZero) {
-  const std::pair<double, std::int64_t> cases[] = {
-      {120.54, 1205}, {-0.05, -1}, {1e30, std::numeric_limits<std::int64_t>::max()}};
-  for (const auto& [bpm, stored] : cases) {
-    Kit kit{1, tree("<Kit></Kit>")};
-    kit.setTempoBPM(bpm);
-    EXPECT_EQ(kit.node.intValue("Tempo", -7), stored) << bpm;
-  }
-}
-
 TEST(Kit, AnIndexThatIsNoPadChangesNothing) {
   Kit kit{1, tree("<Kit><X/><PadPrm></PadPrm></Kit>")};
   const Kit before = kit;

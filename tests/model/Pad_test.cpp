@@ -24,17 +24,6 @@ TEST(Pad, ReadsItsLeavesUnchecked) {
             (std::vector{false, true, false, false, true}));
 }
 
-TEST(Pad, ResetWritesFifteenLeavesAndKeepsTheRest) {
-  Pad pad{0, tree("<PadPrm><NoteNum>40</NoteNum><Own>1</Own><WvPan>3</WvPan></PadPrm>")};
-  pad.resetValues();
-  EXPECT_EQ(bytesOf(pad.node),
-            "<PadPrm><NoteNum>40</NoteNum><Own>1</Own><WvPan>15</WvPan>\n\t<Wv>-1</Wv>\n\t<SubWv>-1</SubWv>"
-            "\n\t<WvLevel>100</WvLevel>\n\t<MuteGrp>0</MuteGrp>\n\t<Loop>0</Loop>\n\t<TempoSync>0</TempoSync>"
-            "\n\t<Dynamics>0</Dynamics>\n\t<Reverse>0</Reverse>\n\t<VoiceAsgn>1</VoiceAsgn>\n\t<TrigType>0</TrigType>"
-            "\n\t<OutAsgn>0</OutAsgn>\n\t<PadMidiCh>-1</PadMidiCh>\n\t<SubWvLevel>100</SubWvLevel>"
-            "\n\t<SubWvPan>15</SubWvPan></PadPrm>");
-}
-
 TEST(Pad, LeavesStoreWithinTheirForm) {
   using namespace elements;
   const std::tuple<IntegerLeaf, std::int64_t, std::int64_t> cases[] = {

@@ -6,16 +6,18 @@
 
 #include "model/TagList.h"
 #include "model/Trees.h"
+#include "model/WaveUsage.h"
 
 namespace tamboro {
 namespace {
 
-TEST(Wave, IdsSaturate) {
+TEST(Wave, Ids) {
   constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
   constexpr std::int64_t highest = std::numeric_limits<std::int64_t>::max();
   EXPECT_EQ(waveId(-2, 5), -195);
   EXPECT_EQ(waveId(highest / 100, 99), highest);
   EXPECT_EQ(waveId(lowest, 5), lowest);
+  EXPECT_EQ((WaveUsage{3, "Rock", 14, true}.id()), "3-14-true");
 }
 
 TEST(Wave, RelativeAudioPath) {
