@@ -158,6 +158,29 @@ TEST_P(FileSystemContract, RootedReachesTheFolderItHoldsAndNoReplacement) {
   EXPECT_THROW(files.list({}), FileError);  // only a rooted one has a folder of its own
 }
 
+// Else a failure sweep would run without a failure.
+TEST(FailingFileSystem, FailsEachOperationOfItsChildrenAndFilesInTurn) {
+  for (std::uint64_t number = 1; number <= 4; ++number) {
+    MemoryFileSystem memory;
+    FailingFileSystem files(memory);
+    files.failAt(number);
+    EXPECT_THROW(
+        {
+          const auto file = files.rooted("/")->create("new");
+          file->write("bytes");
+          file->sync();
+        },
+        FileError);
+    EXPECT_EQ(files.count(), number);
+    EXPECT_EQ(memory.status("/new").size, number < 3 ? 0U : number == 3 ? 2U : 5U);
+    EXPECT_NO_THROW(files.status("/"));  // only one fails
+    files.failFrom(2);
+    EXPECT_NO_THROW(files.status("/"));
+    EXPECT_THROW(files.status("/"), FileError);
+    EXPECT_THROW(files.status("/"), FileError);
+  }
+}
+
 TEST(FolderBookmark, ResolvesWhileTheFolderIsThereAndCanBeEntered) {
   MemoryFileSystem memory;
   FailingFileSystem files(memory);
