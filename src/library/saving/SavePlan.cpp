@@ -205,9 +205,8 @@ void addSampleRemovals(const SaveSnapshot& snapshot, const FileSystem& card, Sav
     }
     if (idIsInUse || wave.isPending) continue;
     const auto [first, end] = others.equal_range({wave.bank, wave.fileNumber});
-    for (auto other = first; other != end; ++other) {
-      if (snapshot.known.isKnown(other->second)) plan.removals.push_back({other->second, number, true});
-    }
+    for (auto other = first; other != end; ++other)
+      plan.removals.push_back({other->second, number, true});
   }
   addAudioRemovals(snapshot, card, banks, plan, result);
 }
@@ -222,8 +221,9 @@ void addKitRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePl
     const auto deletion = slot ? snapshot.kitDeletions.find(*slot) : snapshot.kitDeletions.end();
     if (deletion == snapshot.kitDeletions.end()) continue;
     Path file = cardpaths::kitFolder() / name;
-    // One that was never read is no file of the deleted kit.
-    if (inUse.contains(file) || !snapshot.known.isKnown(file)) continue;
+    // A kit that no save had come to has no file: what has its name now is somebody else's.
+    const bool isUnread = file == cardpaths::kitFile(*slot) && !snapshot.known.isKnown(file);
+    if (inUse.contains(file) || isUnread) continue;
     plan.removals.push_back({std::move(file), deletion->second, true});
   }
 }
