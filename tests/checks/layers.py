@@ -33,10 +33,11 @@ WORDS = [
         r"(?!::(?:en|de)codeName)",
         "goes past the file system's interface",
         ("",),
-        # The real one and what it asks of the system; the program's own settings, lock and resources; mounted volumes;
-        # the decoder.
+        # The real one and what it asks of the system; the program's own settings, lock, signals and resources; mounted
+        # volumes; the decoder.
         ("platform/RealFileSystem.", "platform/VolumeSerial.", "platform/Defaults.", "app/SingleInstance.",
-         "app/CardFolderPanel.", "audio/AudioFile.", "views/look/Symbols."),
+         "app/CardFolderPanel.", "audio/AudioFile.", "views/look/Symbols.",
+         "app/Application.", "app/EndSignals."),
     ),
     (r"\bRolandLibrary", "knows the store that it stands behind", ("library/",), ("library/store/",)),
     (r"(?<!QApplication::)(?<!drag->)\bexec\s*\(|\bQEventLoop\b|\bprocessEvents\b", "waits in a loop of its own", ("",), ()),
