@@ -177,8 +177,9 @@ class Session {
       case 7:
         return library.setPadSubPan(kit, pad, value);
       case 8:
-        return library.applySettingsToAllPads(
-            kit, pad, {static_cast<SetAllPadField>(value % 11), static_cast<SetAllPadField>(value / 11 % 11)});
+        return library.applySettingsToAllPads(kit, pad,
+                                              {&padSettings.at(static_cast<std::size_t>(value) % padSettings.size()),
+                                               &padSettings.at(static_cast<std::size_t>(value) / padSettings.size())});
       case 9:
         return library.setWaveName(wave(step), name);
       case 10:
