@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 #include "model/Elements.h"
@@ -84,6 +85,24 @@ consteval auto makePadSettings() {
 /// The settings of a pad. Their order is that of their place on the screen, of "Apply to All Pads", and of the leaves
 /// that a reset or an application adds to a pad that lacks them.
 inline constexpr auto padSettings = makePadSettings();
+
+constexpr bool suitsItsLeaf(const PadSetting& setting) {
+  switch (setting.control) {
+    case PadControl::level:
+    case PadControl::pan:
+      return setting.leaf.lower > std::numeric_limits<int>::min() &&
+             setting.leaf.upper < std::numeric_limits<int>::max();
+    case PadControl::onOff:
+      return setting.leaf.isFlag;
+    case PadControl::menu:
+    case PadControl::openMenu:
+      return !setting.namedRows.front().text.empty() || setting.lastNumber > 0;
+    default:
+      return true;
+  }
+}
+static_assert(std::ranges::all_of(padSettings, suitsItsLeaf),
+              "a slider needs a range, a switch a flag and a menu its rows");
 
 /// The setting of that name. A name that none has doesn't compile.
 consteval const PadSetting& padSetting(std::string_view name) {

@@ -52,10 +52,14 @@ TEST(Pad, LeavesStoreWithinTheirForm) {
     std::int64_t given;
     std::int64_t stored;
   } const cases[] = {
-      {waveLevel, 101, 100}, {waveLevel, -1, 0},     {wavePan, 31, 30},     {subWaveLevel, 500, 100},
-      {subWavePan, -2, 0},   {note, 128, 127},       {muteGroup, 9, 8},     {kitLevel, 250, 100},
-      {loop, -3, 1},         {voiceAssign, 7, 1},    {voiceAssign, 0, 0},   {fxSwitch(1), 2, 1},
-      {triggerType, 7, 7},   {outputAssign, -9, -9}, {midiChannel, 99, 99}, {fxType(2), 50, 50},
+      {padSetting("padVolume").leaf, 101, 100}, {padSetting("padVolume").leaf, -1, 0},
+      {padSetting("padPan").leaf, 31, 30},      {padSetting("subVolume").leaf, 500, 100},
+      {padSetting("subPan").leaf, -2, 0},       {padSetting("note").leaf, 128, 127},
+      {padSetting("muteGroup").leaf, 9, 8},     {kitLevel, 250, 100},
+      {padSetting("loop").leaf, -3, 1},         {padSetting("poly").leaf, 7, 1},
+      {padSetting("poly").leaf, 0, 0},          {fxSwitch(1), 2, 1},
+      {padSetting("triggerType").leaf, 7, 7},   {padSetting("output").leaf, -9, -9},
+      {padSetting("midiChannel").leaf, 99, 99}, {fxType(2), 50, 50},
   };
   for (const auto& [leaf, given, stored] : cases) {
     SpdNode node = SpdNode::container("PadPrm", {});
