@@ -51,33 +51,26 @@ consteval auto makePadSettings() {
   constexpr bool kept = false;
   constexpr bool forAll = true;
   constexpr bool own = false;
-  // clang-format off: columns
+  // clang-format off
   return std::to_array<PadSetting>({
-      // name         title           leaf: element, default, range   control   place  reset  apply to all, rows of a
-      // menu
-      {"padSound", "Sound", {"Wv", -1}, sound, lines, reset, own},
-      {"subSound", "Sub Sound", {"SubWv", -1}, subSound, sub, reset, own},
-      {"padVolume", "Pad Volume", {"WvLevel", 100, 0, 100}, level, lines, reset, forAll},
-      {"padPan", "Pan", {"WvPan", 15, 0, 30}, pan, lines, reset, forAll},
-      {"muteGroup", "Mute Group", {"MuteGrp", 0, 0, 8}, menu, lines, reset, forAll, {{{0, "Off"}}}, 8},
-      {"note", "Note", {"NoteNum", 60, 0, 127}, note, lines, kept, own},
-      {"loop", "Loop", flag("Loop", 0), onOff, grid, reset, forAll},
-      {"tempoSync", "TempoSync", flag("TempoSync", 0), onOff, grid, reset, forAll},
-      {"dynamics", "Dynamics", flag("Dynamics", 0), onOff, grid, reset, forAll},
-      {"reverse", "Reverse", flag("Reverse", 0), onOff, grid, reset, forAll},
-      {"poly", "Poly/Mono", flag("VoiceAsgn", 1), menu, grid, reset, forAll, {{{1, "POLY"}, {0, "MONO"}}}},
-      {"triggerType", "Trigger Type", {"TrigType", 0}, openMenu, grid, reset, forAll, {{{0, "SHOT"}, {1, "GATE"}}}},
-      {"output",
-       "Output",
-       {"OutAsgn", 0},
-       openMenu,
-       grid,
-       reset,
-       forAll,
+      // name         title           leaf, default, range          control   place  reset  apply   rows of a menu
+      {"padSound",    "Sound",        {"Wv", -1},                   sound,    lines, reset, own},
+      {"subSound",    "Sub Sound",    {"SubWv", -1},                subSound, sub,   reset, own},
+      {"padVolume",   "Pad Volume",   {"WvLevel", 100, 0, 100},     level,    lines, reset, forAll},
+      {"padPan",      "Pan",          {"WvPan", 15, 0, 30},         pan,      lines, reset, forAll},
+      {"muteGroup",   "Mute Group",   {"MuteGrp", 0, 0, 8},         menu,     lines, reset, forAll, {{{0, "Off"}}}, 8},
+      {"note",        "Note",         {"NoteNum", 60, 0, 127},      note,     lines, kept,  own},
+      {"loop",        "Loop",         flag("Loop", 0),              onOff,    grid,  reset, forAll},
+      {"tempoSync",   "TempoSync",    flag("TempoSync", 0),         onOff,    grid,  reset, forAll},
+      {"dynamics",    "Dynamics",     flag("Dynamics", 0),          onOff,    grid,  reset, forAll},
+      {"reverse",     "Reverse",      flag("Reverse", 0),           onOff,    grid,  reset, forAll},
+      {"poly",        "Poly/Mono",    flag("VoiceAsgn", 1),         menu,     grid,  reset, forAll, {{{1, "POLY"}, {0, "MONO"}}}},
+      {"triggerType", "Trigger Type", {"TrigType", 0},              openMenu, grid,  reset, forAll, {{{0, "SHOT"}, {1, "GATE"}}}},
+      {"output",      "Output",       {"OutAsgn", 0},               openMenu, grid,  reset, forAll,
        {{{0, "Master Out"}, {1, "Kit FX1"}, {2, "Kit FX2"}, {3, "Sub Out"}, {4, "Phones Only"}}}},
-      {"midiChannel", "MIDI Channel", {"PadMidiCh", -1}, menu, grid, reset, forAll, {{{-1, "Global"}}}, 16},
-      {"subVolume", "Sub Volume", {"SubWvLevel", 100, 0, 100}, level, sub, reset, own},
-      {"subPan", "Sub Pan", {"SubWvPan", 15, 0, 30}, pan, sub, reset, own},
+      {"midiChannel", "MIDI Channel", {"PadMidiCh", -1},            menu,     grid,  reset, forAll, {{{-1, "Global"}}}, 16},
+      {"subVolume",   "Sub Volume",   {"SubWvLevel", 100, 0, 100},  level,    sub,   reset, own},
+      {"subPan",      "Sub Pan",      {"SubWvPan", 15, 0, 30},      pan,      sub,   reset, own},
   });
   // clang-format on
 }
