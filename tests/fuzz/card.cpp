@@ -159,8 +159,8 @@ class Session {
     const int value = step.byte();
     const int pad = step.below(17) - 1;
     const std::string name(static_cast<std::size_t>(value % 20), static_cast<char>('A' + pad));
-    const SetAllPadField fields[] = {static_cast<SetAllPadField>(value % 11),
-                                     static_cast<SetAllPadField>(value / 11 % 11)};
+    const PadSetting* settings[] = {&padSettings.at(static_cast<std::size_t>(value) % padSettings.size()),
+                                    &padSettings.at(static_cast<std::size_t>(value) / padSettings.size())};
     const std::function<void()> edits[] = {
         [&] { to.setKitLevel(kit, value); },
         [&] { to.setKitName(kit, name); },
@@ -171,7 +171,7 @@ class Session {
         [&] { to.resetPad(kit, pad); },
         [&] { to.setPadSubPan(kit, pad, value); },
         [&] {
-          to.applySettingsToAllPads(kit, pad, {fields[0], fields[1]});
+          to.applySettingsToAllPads(kit, pad, {settings[0], settings[1]});
         },
         [&] { to.setWaveName(wave(step), name); },
         [&] { to.setWaveTag(to.waves().empty() ? 0 : to.waves().front().id(), value); },

@@ -26,12 +26,25 @@ TEST(Pad, ReadsItsLeavesUnchecked) {
 
 TEST(Pad, LeavesStoreWithinTheirForm) {
   using namespace elements;
-  const std::tuple<IntegerLeaf, std::int64_t, std::int64_t> cases[] = {
-      {waveLevel, 101, 100},    {waveLevel, -1, 0},    {wavePan, 31, 30},    {wavePan, -1, 0},
-      {subWaveLevel, 500, 100}, {subWavePan, 31, 30},  {note, 128, 127},     {note, -1, 0},
-      {muteGroup, 9, 8},        {muteGroup, -1, 0},    {kitLevel, 250, 100}, {loop, -3, 1},
-      {voiceAssign, 7, 1},      {fxSwitch(1), 2, 1},   {triggerType, 7, 7},  {subWave, -40, -40},
-      {outputAssign, -9, -9},   {midiChannel, 99, 99}, {fxType(2), 50, 50}};
+  const std::tuple<IntegerLeaf, std::int64_t, std::int64_t> cases[] = {{padSetting("padVolume").leaf, 101, 100},
+                                                                       {padSetting("padVolume").leaf, -1, 0},
+                                                                       {padSetting("padPan").leaf, 31, 30},
+                                                                       {padSetting("padPan").leaf, -1, 0},
+                                                                       {padSetting("subVolume").leaf, 500, 100},
+                                                                       {padSetting("subPan").leaf, 31, 30},
+                                                                       {padSetting("note").leaf, 128, 127},
+                                                                       {padSetting("note").leaf, -1, 0},
+                                                                       {padSetting("muteGroup").leaf, 9, 8},
+                                                                       {padSetting("muteGroup").leaf, -1, 0},
+                                                                       {kitLevel, 250, 100},
+                                                                       {padSetting("loop").leaf, -3, 1},
+                                                                       {padSetting("poly").leaf, 7, 1},
+                                                                       {fxSwitch(1), 2, 1},
+                                                                       {padSetting("triggerType").leaf, 7, 7},
+                                                                       {padSetting("subSound").leaf, -40, -40},
+                                                                       {padSetting("output").leaf, -9, -9},
+                                                                       {padSetting("midiChannel").leaf, 99, 99},
+                                                                       {fxType(2), 50, 50}};
   for (const auto& [leaf, given, stored] : cases)
     EXPECT_EQ(leaf.stored(given), stored) << leaf.name << " " << given;
 }
