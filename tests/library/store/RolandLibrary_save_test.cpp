@@ -98,6 +98,11 @@ TEST(Save, KeepsEveryFileAndFlagWhicheverOfItsFileOperationsFails) {
   EXPECT_EQ(difference(withoutIndexes(undisturbed.after), withoutIndexes(undisturbed.card())), "");
   const Tree after = undisturbed.card();
   const std::vector<std::string> folders = readFolders(undisturbed.files, TestStore::root);
+  // Audio of which the card doesn't tell whether it is its own stays, and is nobody's.
+  const auto withoutOrphan = [](Tree card) {
+    card.erase("WAVE/DATA/02/tom low.wav");
+    return card;
+  };
   sweepFailures([&](const auto& fail, bool isPulled) {
     BusyStore store;
     fail(store.files);
@@ -106,14 +111,14 @@ TEST(Save, KeepsEveryFileAndFlagWhicheverOfItsFileOperationsFails) {
     store.files.failNothing();
     const Tree left = store.card();
     expectWhole(isPulled ? withoutTemporary(left) : left, store.before, after);
-    EXPECT_TRUE(!text.empty() || withoutTemporary(left) == after);
+    EXPECT_TRUE(!text.empty() || withoutOrphan(withoutTemporary(left)) == after);
     EXPECT_EQ(store.library.hasUnsavedChanges(), !text.empty());
     // A single removal that fails leaves the rest saved.
     EXPECT_TRUE(!isPulled || text.empty() || store.isAllUnsaved());
 
     EXPECT_EQ(store.save(), "");
     EXPECT_FALSE(store.library.hasUnsavedChanges());
-    EXPECT_EQ(difference(after, isPulled ? withoutTemporary(store.card()) : store.card()), "");
+    EXPECT_EQ(difference(after, withoutOrphan(isPulled ? withoutTemporary(store.card()) : store.card())), "");
     EXPECT_TRUE(isPulled || readFolders(store.files, TestStore::root) == folders);
     return count;
   });
