@@ -84,16 +84,12 @@ class Script {
     all[static_cast<std::size_t>(number(static_cast<int>(all.size())))]();
   }
   /// Now and then a key that nothing has.
-  Slot kit() {
-    const auto& kits = library_.kits();
-    const int place = number(static_cast<int>(kits.size()) + 1);
-    return place < std::ssize(kits) ? kits[static_cast<std::size_t>(place)].slot : 77;
+  std::int64_t oneOf(const auto& records, const auto& keyOf) {
+    const int place = number(static_cast<int>(records.size()) + 1);
+    return place < std::ssize(records) ? std::invoke(keyOf, records[static_cast<std::size_t>(place)]) : 77;
   }
-  WaveId wave() {
-    const auto& waves = library_.waves();
-    const int place = number(static_cast<int>(waves.size()) + 1);
-    return place < std::ssize(waves) ? waves[static_cast<std::size_t>(place)].id() : 77;
-  }
+  Slot kit() { return oneOf(library_.kits(), &Kit::slot); }
+  WaveId wave() { return oneOf(library_.waves(), &Wave::id); }
 
   void edit() {
     const int value = number(3);

@@ -252,16 +252,6 @@ TEST(Save, AnotherCardAtTheSamePlaceIsNotTouched) {
   EXPECT_EQ(store.save(), "");
 }
 
-TEST(Save, FailsOnALockedOrFullCardBeforeItsFirstChange) {
-  BusyStore store;
-  store.setReadOnly(true);
-  EXPECT_THAT(store.save(), HasSubstr("Read-only file system"));
-  store.files.setVolume("/media/card", {"fat:1234-ABCD", {1000, 512}, false});
-  EXPECT_THAT(store.save(), HasSubstr("No space left on device"));
-  EXPECT_EQ(difference(store.before, store.card()), "");
-  EXPECT_TRUE(store.isAllUnsaved());
-}
-
 /// What happens while a save of kit 1's new level runs, and what the card must hold when another one has saved the
 /// rest.
 struct Meanwhile {
