@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QDialog>
-#include <QDragEnterEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QPointer>
 
 #include "views/samples/WaveDrop.h"
+#include "views/window/Drag.h"
 #include "views/window/FolderDrop.h"
 #include "views/window/MainWindow.h"
 
@@ -157,15 +157,6 @@ TEST(WaveImports, EndsWithItsOwnerItsCardAndItsWindow) {
   }
 }
 
-constexpr const char* uriList = "text/uri-list";
-
-std::unique_ptr<QMimeData> dragOf(const QByteArray& uris) {
-  auto data = std::make_unique<QMimeData>();
-  if (!uris.isEmpty()) data->setData(QString::fromLatin1(uriList), uris);
-  data->setText(QString::fromUtf8(uris));
-  return data;
-}
-
 TEST(WaveDrop, KeepsTheWavFilesAndFoldersOfThisComputer) {
   MemoryFileSystem files;
   makeFolders(files, "/a/folder.wav");
@@ -213,22 +204,12 @@ struct DropWindow {
     window.show();
     MainWindow::settle();
   }
-  /// Drags over the widget and lets go where that is accepted; the accepted action, or none.
-  Qt::DropAction drop(QWidget& target, const QByteArray& uris, Qt::DropActions offered = Qt::CopyAction) {
-    const auto data = dragOf(uris);
-    QDragEnterEvent enter(QPoint(5, 5), offered, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&target, &enter);
-    if (!enter.isAccepted()) return Qt::IgnoreAction;
-    QDropEvent let(QPointF(5, 5), offered, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&target, &let);
-    return let.isAccepted() ? let.dropAction() : Qt::IgnoreAction;
-  }
 };
 
 TEST(WaveDrop, TakesSoundsOverTheWholeListAsACopy) {
   DropWindow drag;
   for (QWidget* target : {drag.list->viewport(), static_cast<QWidget*>(drag.list), static_cast<QWidget*>(drag.name)}) {
-    EXPECT_EQ(drag.drop(*target, "file:///a/kick.wav\nfile:///a/kick.aiff", Qt::MoveAction | Qt::CopyAction),
+    EXPECT_EQ(dropUris(*target, "file:///a/kick.wav\nfile:///a/kick.aiff", Qt::MoveAction | Qt::CopyAction),
               Qt::CopyAction);
     EXPECT_TRUE(drag.dropped.empty()) << "the source would wait for the imports";
     MainWindow::settle();
@@ -243,19 +224,19 @@ TEST(WaveDrop, TakesSoundsOverTheWholeListAsACopy) {
 TEST(WaveDrop, RefusesTheRestAndLeavesACardAloneToTheWindow) {
   DropWindow drag;
   QWidget& list = *drag.list->viewport();
-  EXPECT_EQ(drag.drop(list, "file:///a/kick.aiff"), Qt::IgnoreAction);
-  EXPECT_EQ(drag.drop(*drag.name, "file:///a/kick.aiff"), Qt::IgnoreAction);
-  EXPECT_EQ(drag.drop(list, "file:///a/kick.wav", Qt::MoveAction), Qt::IgnoreAction) << "its source would delete it";
-  EXPECT_EQ(drag.drop(list, ""), Qt::IgnoreAction);
-  EXPECT_EQ(drag.drop(drag.window, "file:///a/kick.wav"), Qt::IgnoreAction) << "beside the list";
+  EXPECT_EQ(dropUris(list, "file:///a/kick.aiff"), Qt::IgnoreAction);
+  EXPECT_EQ(dropUris(*drag.name, "file:///a/kick.aiff"), Qt::IgnoreAction);
+  EXPECT_EQ(dropUris(list, "file:///a/kick.wav", Qt::MoveAction), Qt::IgnoreAction) << "its source would delete it";
+  EXPECT_EQ(dropUris(list, ""), Qt::IgnoreAction);
+  EXPECT_EQ(dropUris(drag.window, "file:///a/kick.wav"), Qt::IgnoreAction) << "beside the list";
   EXPECT_TRUE(drag.targeted.empty());
-  EXPECT_EQ(drag.drop(list, "file:///media/card.wav\nfile:///a/kick.aiff"), Qt::CopyAction);
+  EXPECT_EQ(dropUris(list, "file:///media/card.wav\nfile:///a/kick.aiff"), Qt::CopyAction);
   MainWindow::settle();
   EXPECT_TRUE(drag.dropped.empty());
   EXPECT_TRUE(drag.targeted.empty());
   EXPECT_THAT(drag.opened, ElementsAre("/media/card.wav"));
   for (const char* first : {"file:///media/card.wav", "file:///a/drums"}) {
-    EXPECT_EQ(drag.drop(list, first + QByteArray("\nfile:///a/kick.wav")), Qt::CopyAction);
+    EXPECT_EQ(dropUris(list, first + QByteArray("\nfile:///a/kick.wav")), Qt::CopyAction);
     MainWindow::settle();
     EXPECT_EQ(drag.dropped.back().back(), "/a/kick.wav");
   }
@@ -273,7 +254,7 @@ TEST(WaveDrop, RefusesTheRestAndLeavesACardAloneToTheWindow) {
   sheet.setWindowModality(Qt::WindowModal);
   sheet.show();
   MainWindow::settle();
-  EXPECT_EQ(drag.drop(list, "file:///a/kick.wav"), Qt::IgnoreAction) << "under a sheet";
+  EXPECT_EQ(dropUris(list, "file:///a/kick.wav"), Qt::IgnoreAction) << "under a sheet";
 }
 
 }  // namespace
