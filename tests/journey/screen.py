@@ -85,14 +85,6 @@ def is_showing(thing):
     return states.contains(pyatspi.STATE_SHOWING) and states.contains(pyatspi.STATE_VISIBLE)
 
 
-def is_checked(thing):
-    return thing.getState().contains(pyatspi.STATE_CHECKED)
-
-
-def is_selected(thing):
-    return thing.getState().contains(pyatspi.STATE_SELECTED)
-
-
 class Window:
     """The running program. What is looked for by role and name is waited for."""
 
@@ -179,35 +171,29 @@ class Window:
     def click(self, thing, button=1, times=1, across=0.5, down=0.5):
         xdotool("mousemove", *self.place(thing, across, down), "click", "--repeat", times, "--delay", 60, button)
 
-    def drag(self, thing, target):
+    def drag(self, start, end):
         """By real button and motion events, slowly enough for the drag's own protocol."""
-        xdotool("mousemove", *self.place(thing), "mousedown", 1)
-        x, y = self.place(thing)
-        end_x, end_y = self.place(target)
-        for step in range(1, 11):
-            xdotool("mousemove", x + (end_x - x) * step // 10, y + (end_y - y) * step // 10)
-            time.sleep(0.05)
-        time.sleep(0.3)
+        xdotool("mousemove", *start, "mousedown", 1)
+        for step in range(1, 21):
+            xdotool("mousemove", *(a + (b - a) * step // 20 for a, b in zip(start, end)))
+            time.sleep(0.03)
+        time.sleep(0.5)
         xdotool("mouseup", 1)
 
-    # ---- menus
-
-    def choose(self, row):
-        """An entry of the menu that is open: by its letters and Return, for menus are no part of the tree."""
+    def menu(self, title, row):
+        """By its letters, for a menu that isn't open is no part of the tree."""
+        self.click(self.named("menu item", title))
         self.click(self.named("menu item", row))
         wait_for(f'the entry "{row}" to go', lambda: not self.find("menu item", row))
 
-    def menu(self, title, row):
-        self.click(self.named("menu item", title))
-        self.choose(row)
-
-    def offers(self, title, row):
-        """Whether a menu's row, whose text may go on, can be chosen."""
-        self.click(self.named("menu item", title))
-        item = self.starting("menu item", row)
-        offered = item.getState().contains(pyatspi.STATE_ENABLED)
+    def offers(self, row):
+        """Whether the Edit menu has this row to be chosen."""
+        self.click(self.named("menu item", "Edit"))
+        self.named("menu item", "Copy Sound")
+        item = self.showing(lambda thing: thing.getRoleName() == "menu item" and thing.name.startswith(row))
+        offered = item is not None and item.getState().contains(pyatspi.STATE_ENABLED)
         keys("Escape")
-        wait_for(f'the menu "{title}" to close', lambda: not self.find("menu item", item.name))
+        wait_for("the menu to close", lambda: not self.find("menu item", "Copy Sound"))
         return offered
 
     # ---- the program's own
@@ -268,12 +254,3 @@ def press(thing, *wanted_actions):
         if wanted in names:
             return actions.doAction(names.index(wanted))
     raise Failure(f'"{thing.name}" has no such action among {names}')
-
-
-def dump(thing, depth=0):
-    """The tree as text, for whoever writes the next journey."""
-    if thing is None or not is_showing(thing):
-        return
-    print(f"{'  ' * depth}{thing.getRoleName()} \"{thing.name}\"")
-    for child in thing:
-        dump(child, depth + 1)
