@@ -10,8 +10,6 @@
 #include <QWheelEvent>
 
 #include "views/controls/AlertSheet.h"
-#include "views/controls/CapsulePill.h"
-#include "views/controls/Labels.h"
 #include "views/controls/Stepper.h"
 #include "views/controls/ThrottledSlider.h"
 #include "views/look/Look.h"
@@ -28,16 +26,6 @@ void wheel(QWidget& target) {
   QWheelEvent event(QPointF(5, 5), target.mapToGlobal(QPointF(5, 5)), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
                     Qt::NoScrollPhase, false);
   QApplication::sendEvent(&target, &event);
-}
-
-TEST(ElidedLabel, ThePillKeepsTheEndOfALongPath) {
-  CapsulePill pill(q("internaldrive.fill"));
-  const QString path = q("/media/ana/A very long name of a volume/counterpart backup/Roland/SPD-SX");
-  pill.setText(path);
-  pill.resize(pill.sizeHint());
-  EXPECT_LE(pill.width(), Look::px(300) + 1);
-  EXPECT_TRUE(pill.shownText().endsWith(q("/Roland/SPD-SX")));
-  EXPECT_EQ(pill.text(), path) << "assistive tools read it whole";
 }
 
 TEST(Symbols, EachPaintsInsideItsSquare) {
@@ -87,25 +75,19 @@ TEST(Look, TextAndControlsStandOutOnEveryGround) {
 TEST(LookStyle, WheelChangesOnlyTheControlInUse) {
   QWidget window;
   auto* column = new QVBoxLayout(&window);
-  auto* slider = new QSlider(Qt::Horizontal);
+  auto* field = new QLineEdit;
   auto* picker = new QComboBox;
-  picker->addItems({q("a"), q("b"), q("c")});
+  picker->addItems({q("a"), q("b")});
   picker->setCurrentIndex(1);
-  slider->setValue(50);
-  column->addWidget(slider);
+  column->addWidget(field);
   column->addWidget(picker);
   window.show();
   window.activateWindow();
   settle();
-  slider->setFocus();
+  field->setFocus();
   wheel(*picker);
   EXPECT_EQ(picker->currentIndex(), 1);
-  wheel(*slider);
-  EXPECT_NE(slider->value(), 50);
-  const int value = slider->value();
   picker->setFocus();
-  wheel(*slider);
-  EXPECT_EQ(slider->value(), value);
   wheel(*picker);
   EXPECT_EQ(picker->currentIndex(), 0);
 }
@@ -165,17 +147,13 @@ TEST(ThrottledSlider, ReportsOnceADrag) {
   s.drag(25);
   s.release(25);
   EXPECT_EQ(s.commits.size(), 2U) << "a press on the groove begins a drag";
-}
-
-TEST(ThrottledSlider, ADroppedDragReportsNothing) {
-  Slider s;
-  s.press(50);
+  s.press(25);
   s.drag(70);
   s.slider.cancelDrag();
   s.slider.setValue(30);
   s.drag(80);
   s.release(80);
-  EXPECT_THAT(s.commits, IsEmpty());
+  EXPECT_EQ(s.commits.size(), 2U) << "a dropped drag";
   EXPECT_EQ(s.track.value(), 30);
 }
 
@@ -285,10 +263,6 @@ TEST(AlertSheet, ShowsLongTextsWholeAndItsButtonsInSight) {
     EXPECT_GE(text->height(), text->heightForWidth(text->width()));
     EXPECT_GT(text->height(), 3 * text->fontMetrics().height()) << "a word wider than the sheet goes on below";
   }
-}
-
-TEST(Labels, SpokenKeysNameTheKeysOfThisKeyboard) {
-  EXPECT_EQ(spokenKeys(q("Redo (⇧⌘Z)")), q("Redo (Ctrl+Shift+Z)"));
 }
 
 }  // namespace

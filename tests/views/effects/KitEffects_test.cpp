@@ -7,14 +7,12 @@
 #include "platform/EventTurns.h"
 #include "views/controls/DisclosureGroup.h"
 #include "views/effects/FXParamRow.h"
-#include "views/effects/KitEffectsView.h"
 #include "views/window/MainWindow.h"
 
 namespace tamboro::test {
 namespace {
 
 using Kind = FXParamDef::Kind;
-constexpr Slot rock = 1;
 
 TEST(FXParam, NumbersAreShownAsStoredAndControlsAtTheNearestPlace) {
   static constexpr std::string_view three[] = {"a", "b", "c"};
@@ -38,51 +36,42 @@ TEST(FXParam, NumbersAreShownAsStoredAndControlsAtTheNearestPlace) {
   }
 }
 
-class KitEffects : public ::testing::Test {
- protected:
-  TestStore store;
-  KitEffectsView view{store.library};
-
+struct KitEffects : ::testing::Test, MainWindow {
   KitEffects() {
-    store.open();
-    view.setKit(rock);
-    view.findChild<DisclosureGroup*>(q("effects"))->setExpanded(true);
-    view.show();
+    showCard();
+    find<DisclosureGroup>("effects").setExpanded(true);
     settle();
   }
-  template<class Control>
+  template<class Control = QWidget>
   Control& find(const std::string& name) {
-    auto* found = view.findChild<Control*>(QString::fromStdString(name));
-    if (!found) throw std::runtime_error("no " + name);
-    return *found;
+    return MainWindow::find<Control>(name.c_str());
   }
-  const Kit& kit() { return *store.library.kit(rock); }
+  const Kit& kit() { return *library.kit(1); }
   void choose(const std::string& menu, int row) {
     find<QComboBox>(menu).setCurrentIndex(row);
     Q_EMIT find<QComboBox>(menu).activated(row);
   }
   void use(int unit, std::int64_t type) {
-    store.library.setFxType(rock, unit, type);
-    store.library.setFxSwitch(rock, unit, true);
+    library.setFxType(1, unit, type);
+    library.setFxSwitch(1, unit, true);
     settle();
-    store.library.undoManager().endTurn();
+    library.undoManager().endTurn();
   }
-  qsizetype rowCount() { return view.findChildren<FXParamRow*>().size(); }
-  std::string text(const std::string& name) { return find<QLabel>(name).text().toStdString(); }
+  qsizetype rowCount() { return window.findChildren<FXParamRow*>().size(); }
 };
 
 TEST_F(KitEffects, SwitchAndTypeWriteTheirUnit) {
   for (const int unit : {1, 2}) {
     const std::string name = "fx" + std::to_string(unit);
     EXPECT_FALSE(find<QComboBox>(name + "Type").isEnabled());
-    QTest::mouseClick(&find<QCheckBox>(name + "Switch"), Qt::LeftButton);
+    find<QCheckBox>(name + "Switch").click();
     EXPECT_TRUE(kit().isFxOn(unit));
     EXPECT_FALSE(kit().isFxOn(3 - unit));
     EXPECT_EQ(rowCount(), 0) << "Thru has no parameters";
     choose(name + "Type", 20);
     EXPECT_EQ(kit().fxType(unit), 20);
     EXPECT_EQ(rowCount(), 4);
-    QTest::mouseClick(&find<QCheckBox>(name + "Switch"), Qt::LeftButton);
+    find<QCheckBox>(name + "Switch").click();
     settle();
     EXPECT_EQ(rowCount(), 0);
     EXPECT_EQ(find<QComboBox>(name + "Type").currentText(), q("Slicer")) << "an effect that is off keeps its type";
@@ -107,19 +96,19 @@ TEST_F(KitEffects, EachParameterOfEachTypeWritesItsLeaf) {
       EXPECT_EQ(kit().fxParam(unit, position), wanted) << fxTypes[type].name << " " << param.name;
       ++position;
     }
-    store.library.setFxSwitch(rock, unit, false);
+    library.setFxSwitch(1, unit, false);
     settle();
   }
 }
 
 TEST_F(KitEffects, EachMovementIsOneUndoStep) {
-  const EventTurns turns(store.library.undoManager());
+  const EventTurns turns(library.undoManager());
   use(1, 9);  // "EQ", whose gains go below zero
   auto& slider = find<QSlider>("fx1Param1Slider");
   for (int step = 0; step < 3; ++step)
     QTest::keyClick(&slider, Qt::Key_Left);
   EXPECT_EQ(text("fx1Param1Value"), "-3 dB");
-  store.library.undoManager().undo();
+  library.undoManager().undo();
   settle();
   EXPECT_EQ(kit().fxParam(1, 1), -2);
   EXPECT_EQ(slider.value(), -2);
@@ -129,14 +118,14 @@ TEST_F(KitEffects, EachMovementIsOneUndoStep) {
 TEST_F(KitEffects, StoredValuesOutsideTheirRangeAreShownAndKept) {
   use(1, 1);
   for (const int position : {0, 1, 4})
-    store.library.setFxParam(rock, 1, position, 5000);
+    library.setFxParam(1, 1, position, 5000);
   settle();
   EXPECT_EQ(find<QComboBox>("fx1Param0Menu").currentText(), q("Pan"));
   EXPECT_EQ(text("fx1Param1Value"), "5000 ms");
   EXPECT_EQ(text("fx1Param4Caption"), "FLAT–800 Hz");
   for (const int position : {0, 1, 4})
     EXPECT_EQ(kit().fxParam(1, position), 5000);
-  store.library.setFxType(rock, 1, 50);
+  library.setFxType(1, 1, 50);
   settle();
   EXPECT_EQ(find<QComboBox>("fx1Type").currentIndex(), -1);
   EXPECT_EQ(rowCount(), 0);
@@ -144,14 +133,11 @@ TEST_F(KitEffects, StoredValuesOutsideTheirRangeAreShownAndKept) {
 }
 
 TEST_F(KitEffects, ShowingAnotherKitChangesNothingAndClosesTheGroup) {
-  auto& group = find<DisclosureGroup>("effects");
-  view.setKit(rock);
-  EXPECT_TRUE(group.isExpanded());
-  view.setKit(4);
-  EXPECT_FALSE(group.isExpanded());
-  group.setExpanded(true);
+  library.setKitLevel(1, 12);
   settle();
-  EXPECT_FALSE(store.library.hasUnsavedChanges());
+  EXPECT_TRUE(find<DisclosureGroup>("effects").isExpanded());
+  select(4);
+  EXPECT_FALSE(find<DisclosureGroup>("effects").isExpanded());
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QAccessible>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
@@ -207,18 +206,6 @@ TEST_F(KitList, NewKitSheetCopiesOrStartsBlank) {
   open()->findChild<QPushButton*>(q("createButton"))->click();
   EXPECT_EQ(library.selectedKitSlot(), 3);
   EXPECT_EQ(library.kit(3)->name(), "") << "at Blank Kit again";
-}
-
-TEST_F(KitList, ARowIsAButtonThatTellsItsKit) {
-  library.setKitLevel(2, 3);
-  MainWindow::settle();
-  QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&kits.list);
-  EXPECT_EQ(list->child(0)->role(), QAccessible::Heading);
-  QAccessibleInterface* row = list->child(4);
-  EXPECT_EQ(row->role(), QAccessible::Button);
-  EXPECT_EQ(row->text(QAccessible::Name), q("Kit 2, Jazz, Kit subtitle: Sub, Unsaved changes"));
-  row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-  EXPECT_EQ(library.selectedKitSlot(), 2);
 }
 
 }  // namespace

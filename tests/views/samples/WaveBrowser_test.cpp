@@ -2,15 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <QLineEdit>
-#include <QPushButton>
-#include <QScrollBar>
-#include <fstream>
 
-#include "support/TemporaryFolder.h"
 #include "views/controls/MenuPicker.h"
 #include "views/controls/NumberField.h"
 #include "views/controls/Stepper.h"
 #include "views/samples/BatchRenameSheet.h"
+#include "views/samples/RenamePreview.h"
 #include "views/samples/WaveBrowserView.h"
 #include "views/samples/WaveRowDelegate.h"
 #include "views/window/MainWindow.h"
@@ -237,34 +234,37 @@ TEST_F(WaveBrowser, ImportsUnderTheFilteredTagAndTellsTheLastFailure) {
   EXPECT_FALSE(main.find("importProgress").isVisible());
 }
 
-TEST_F(WaveBrowser, BatchRenameEmptiesTheSelection) {
-  pick(205);
-  pick(206, Qt::ControlModifier);
+TEST_F(WaveBrowser, BatchRenameShowsThenRenamesAllInOneStep) {
+  for (const WaveId id : {205, 206, 207})
+    pick(id, Qt::ControlModifier);
   main.click("renameSelectedButton");
-  QTest::keyClick(view.findChild<BatchRenameSheet*>(), Qt::Key_Return);
+  auto& sheet = *view.findChild<BatchRenameSheet*>();
+  auto& pattern = *sheet.findChild<QLineEdit*>(q("namePattern"));
+  const auto type = [&](const char* text) {
+    pattern.selectAll();
+    QTest::keyClicks(&pattern, q(text));
+  };
+  type("  ");
+  QTest::keyClick(&pattern, Qt::Key_Return);
+  EXPECT_TRUE(sheet.isVisible()) << "blanks name nothing";
+  QTest::keyClick(sheet.findChild<Stepper*>(q("startNumber")), Qt::Key_Up);
+  library.deleteWave(206);
+  library.setWaveName(205, "Zz");
+  library.undoManager().endTurn();
   settle();
-  EXPECT_EQ(library.wave(205)->name(), "Name 1");
+  type("New");
+  const QAbstractItemModel& rows = *sheet.findChild<RenamePreview*>()->model();
+  EXPECT_EQ(rows.index(0, 0).data(Qt::AccessibleTextRole).toString(), q("Tom becomes New 2")) << "it follows the store";
+  main.store.turn([&] { QTest::keyClick(&pattern, Qt::Key_Return); });
+  EXPECT_EQ(library.wave(207)->name(), "New 2");
+  EXPECT_EQ(library.wave(205)->name(), "New 3");
+  settle();
   EXPECT_THAT(view.selection(), IsEmpty());
   EXPECT_THAT(sounds.list.selectedKeys(), IsEmpty());
   EXPECT_EQ(main.focus(), "waveList") << "not the button beside the one that went";
-}
-
-TEST_F(WaveBrowser, PaintsForKitsOnlyTheAddButtonsColour) {
-  struct Paints : QObject {
-    bool eventFilter(QObject*, QEvent* event) override {
-      count += event->type() == QEvent::Paint ? 1 : 0;
-      return false;
-    }
-    int count = 0;
-  } paints;
-  sounds.list.viewport()->installEventFilter(&paints);
-  library.setPadLevel(1, 0, 42);
-  library.setSelectedPadIndex(3);
-  settle();
-  EXPECT_EQ(paints.count, 0) << "a slider of a pad would paint thousands of rows";
-  main.select(std::nullopt);
-  EXPECT_GT(paints.count, 0);
-  EXPECT_EQ(sounds.cell(row(205), waveColumn::add).data(waveRole::tint).toInt(), static_cast<int>(WaveTint::faint));
+  library.undoManager().undo();
+  EXPECT_EQ(library.wave(207)->name(), "Tom");
+  EXPECT_EQ(library.wave(205)->name(), "Zz");
 }
 
 }  // namespace

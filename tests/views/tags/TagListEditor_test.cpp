@@ -1,35 +1,28 @@
 #include <gtest/gtest.h>
 
-#include <QPushButton>
 #include <QScrollBar>
 
 #include "views/controls/EditField.h"
 #include "views/tags/TagFieldList.h"
-#include "views/tags/TagListEditorView.h"
 #include "views/window/MainWindow.h"
 
 namespace tamboro::test {
 namespace {
 
 /// The sheet over a card with this many tags; the small card's own two without a number.
-struct Tags {
-  TestStore store;
-  QWidget window;
-  TagListEditorView* sheet = nullptr;
+struct Tags : MainWindow {
+  QWidget* sheet = nullptr;
 
-  explicit Tags(std::optional<int> count = std::nullopt) {
+  explicit Tags(int count = 0) {
     Tree card = sampleCard();
-    if (count) {
-      std::string list = "<TagList>";
-      for (int tag = 0; tag < *count; ++tag)
-        list += "<TagPrm><Nm0>65</Nm0></TagPrm>";
-      card["SYSTEM/tag_list.spd"] = list + "</TagList>";
-    }
-    store.open(card);
-    sheet = new TagListEditorView(store.library, &window);
-    window.show();
-    sheet->open();
+    std::string list;
+    for (int tag = 0; tag < count; ++tag)
+      list += "<TagPrm><Nm0>65</Nm0></TagPrm>";
+    if (count > 0) card["SYSTEM/tag_list.spd"] = "<TagList>" + list + "</TagList>";
+    showCard(card);
+    content.setShowingTagEditor(true);
     settle();
+    sheet = &find("tagEditor");
   }
   EditField* field(int row) { return sheet->findChild<EditField*>(QStringLiteral("tagName%1").arg(row)); }
   std::string focus() { return sheet->focusWidget()->objectName().toStdString(); }
@@ -40,7 +33,7 @@ struct Tags {
     const QWidget* own = field(row);
     return own && own->parentWidget()->rect().contains(own->geometry());
   }
-  std::string name(int tag) const { return store.library.tagList()->tagName(tag).value_or("none"); }
+  std::string name(int tag) const { return library.tagList()->tagName(tag).value_or("none"); }
 };
 
 TEST(TagListEditor, EachKeyIsAnEditOfItsTagAndFieldsReadThemselvesBack) {
@@ -53,7 +46,7 @@ TEST(TagListEditor, EachKeyIsAnEditOfItsTagAndFieldsReadThemselvesBack) {
   settle();
   EXPECT_EQ(tags.name(0), "Khuick");
   EXPECT_EQ(field.cursorPosition(), 3);
-  tags.store.library.undoManager().undo();
+  tags.library.undoManager().undo();
   settle();
   EXPECT_EQ(field.text(), q("Khick"));
   field.clear();

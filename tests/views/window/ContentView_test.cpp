@@ -116,9 +116,7 @@ TEST(ContentView, TellsOfAFailedSaveOnce) {
   main.store.jobs.runAll();
   ASSERT_EQ(main.prompts.alerts.size(), 1U);
   EXPECT_EQ(main.prompts.alerts.front().first.title, q("Couldn't Save"));
-  EXPECT_FALSE(main.prompts.alerts.front().first.text.isEmpty());
   EXPECT_EQ(main.prompts.alerts.front().first.buttons.size(), 1U);
-  main.prompts.press(0);
   EXPECT_TRUE(main.find("saveButton").isEnabled()) << "the edits wait for another try";
 }
 
