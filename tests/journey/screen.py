@@ -90,13 +90,7 @@ class Window:
 
     def __init__(self, options, home):
         self.screenshots = options.screenshots
-        environment = {
-            **os.environ,
-            "QT_QPA_PLATFORM": "xcb",
-            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-            "SDL_AUDIODRIVER": "dummy",
-            **getattr(options, "environment", {}),
-        }
+        environment = {**os.environ, "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "SDL_AUDIODRIVER": "dummy"}
         command = [str(SCRIPTS / "in-home"), str(home), "", options.tamboro]
         self.stderr = tempfile.TemporaryFile()
         self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stderr=self.stderr, env=environment)
@@ -157,19 +151,20 @@ class Window:
 
     def within(self, group, role, name):
         """A thing in a named group: "Volume" is there once for the kit and once for the pad."""
-        return wait_for(
-            f'the {role} "{name}" in {group.name}',
-            lambda: self.first(group, lambda thing: thing.getRoleName() == role and thing.name == name),
-        )
+
+        def matches(thing):
+            return thing.getRoleName() == role and thing.name == name
+
+        return wait_for(f'the {role} "{name}" in {group.name}', lambda: self.first(group, matches))
 
     # ---- the mouse
 
-    def place(self, thing, across=0.5, down=0.5):
+    def place(self, thing):
         box = thing.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        return box.x + int(box.width * across), box.y + int(box.height * down)
+        return box.x + box.width // 2, box.y + box.height // 2
 
-    def click(self, thing, button=1, times=1, across=0.5, down=0.5):
-        xdotool("mousemove", *self.place(thing, across, down), "click", "--repeat", times, "--delay", 60, button)
+    def click(self, thing, button=1, times=1):
+        xdotool("mousemove", *self.place(thing), "click", "--repeat", times, "--delay", 60, button)
 
     def drag(self, start, end):
         """By real button and motion events, slowly enough for the drag's own protocol."""
@@ -185,16 +180,6 @@ class Window:
         self.click(self.named("menu item", title))
         self.click(self.named("menu item", row))
         wait_for(f'the entry "{row}" to go', lambda: not self.find("menu item", row))
-
-    def offers(self, row):
-        """Whether the Edit menu has this row to be chosen."""
-        self.click(self.named("menu item", "Edit"))
-        self.named("menu item", "Copy Sound")
-        item = self.showing(lambda thing: thing.getRoleName() == "menu item" and thing.name.startswith(row))
-        offered = item is not None and item.getState().contains(pyatspi.STATE_ENABLED)
-        keys("Escape")
-        wait_for("the menu to close", lambda: not self.find("menu item", "Copy Sound"))
-        return offered
 
     # ---- the program's own
 
@@ -246,11 +231,11 @@ def text_of(thing):
     return text.getText(0, text.characterCount)
 
 
-def press(thing, *wanted_actions):
-    """The thing's own press, or another of its actions, without mouse or keyboard."""
+def press(thing):
+    """The thing's own press, without mouse or keyboard."""
     actions = thing.queryAction()
-    names = [actions.getName(number) for number in range(actions.nActions)]
-    for wanted in wanted_actions or ("Press", "Toggle", "press", "toggle"):
-        if wanted in names:
-            return actions.doAction(names.index(wanted))
-    raise Failure(f'"{thing.name}" has no such action among {names}')
+    names = [actions.getName(number).lower() for number in range(actions.nActions)]
+    wanted = next((name for name in ("press", "toggle") if name in names), None)
+    if not wanted:
+        raise Failure(f'"{thing.name}" can\'t be pressed, only {names}')
+    return actions.doAction(names.index(wanted))

@@ -65,20 +65,6 @@ TEST(WaveImports, OneFileAfterAnotherUnderItsNameAndTheBatchsTag) {
   EXPECT_FALSE(batch.imports->isRunning());
 }
 
-TEST(WaveImports, FilesRefusedAtOnceLeaveTheWindowLive) {
-  Batch batch;
-  batch.start(std::vector<Path>(10'000, "/home/snare.WAV"));
-  bool isLive = false;
-  QMetaObject::invokeMethod(
-      batch.imports, [&] { isLive = batch.imports->done() < 3; }, Qt::QueuedConnection);
-  while (batch.imports->isRunning())
-    QApplication::processEvents();
-  EXPECT_TRUE(isLive) << "all files are refused in one turn";
-  ASSERT_EQ(batch.failures.size(), 1U);
-  EXPECT_THAT(batch.failures[0], ::testing::HasSubstr("snare.WAV and 9980 more. "));
-  EXPECT_THAT(batch.failures[0], ::testing::EndsWith("No SPD-SX folder has been loaded yet."));
-}
-
 TEST(WaveImports, AFolderGivesItsSoundsInTheOrderOfTheirNames) {
   Batch batch;
   batch.store.open();
@@ -123,14 +109,9 @@ TEST(WaveDrop, KeepsTheWavFilesAndFoldersOfThisComputer) {
   makeFolders(files, "/a/card");
   const auto holdsCard = [](const Path& folder) { return folder.filename() == "card"; };
   const std::vector<std::pair<QByteArray, std::vector<SoundSource>>> cases{
-      {"file:///a/kick.wav\r\nfile:///a/loud%20snare.WAV\r\n", {{"/a/kick.wav"}, {"/a/loud snare.WAV"}}},
-      {"file:///a/kick.aiff\nfile:///a/tom.wAv\nfile:///a/wav", {{"/a/tom.wAv"}}},
-      {"file:///a/caf%E9.wav", {{"/a/caf\xE9.wav"}}},
+      {"file:///a/kick.aiff\r\nfile:///a/loud%20snare.wAV\r\n", {{"/a/loud snare.wAV"}}},
       {"file:///a/folder.wav\nfile:///a/card\nfile:///a/gone.wav", {{"/a/folder.wav", true}, {"/a/gone.wav"}}},
-      {"https://a/kick.wav\r\nfile://elsewhere/a/kick.wav", {}},
-      {"file:///a/.wav", {}},
-      {"file:///a/kick.wav.aiff", {}},
-      {"", {}},
+      {"https://a/kick.wav\r\nfile:///a/.wav", {}},
   };
   for (const auto& [uris, sounds] : cases)
     EXPECT_EQ(droppedSounds(*dragOf(uris), files, holdsCard), sounds) << uris.toStdString();
