@@ -138,10 +138,10 @@ TEST_F(KitList, RenamesByKeyAndDoubleClickOnTheName) {
 
 TEST_F(KitList, TheMenuActsOnItsOwnRow) {
   EXPECT_EQ(entries(kits.menu(allRow(2))), "Duplicate Kit|Copy Pads|-|Rename|Export Kit…|-|Delete Kit");
-  choose(1, "Copy Pads");
+  choose(2, "Copy Pads");
   EXPECT_EQ(entries(kits.menu(allRow(2))), "Duplicate Kit|Copy Pads|Paste Pads|-|Rename|Export Kit…|-|Delete Kit");
-  choose(2, "Paste Pads");
-  EXPECT_EQ(library.kit(2)->pad(0)->wave(), 205);
+  choose(4, "Paste Pads");
+  EXPECT_EQ(library.kit(4)->pad(0)->wave(), 206);
   EXPECT_EQ(library.selectedKitSlot(), 1) << "the secondary button selects nothing";
   choose(2, "Rename");
   EXPECT_EQ(nameField()->text(), q("Jazz"));
@@ -162,12 +162,13 @@ TEST_F(KitList, DeletesAfterAskingAndOpensTheFirstLeft) {
   };
   answer(2, 1);
   EXPECT_NE(library.kit(2), nullptr);
+  main.select(4);
   answer(2, 0);
   EXPECT_EQ(library.kit(2), nullptr);
-  EXPECT_EQ(library.selectedKitSlot(), 1) << "another kit than the selected one";
-  answer(1, 0);
-  EXPECT_EQ(library.selectedKitSlot(), 4);
+  EXPECT_EQ(library.selectedKitSlot(), 4) << "another kit than the selected one";
   answer(4, 0);
+  EXPECT_EQ(library.selectedKitSlot(), 1);
+  answer(1, 0);
   EXPECT_EQ(library.selectedKitSlot(), std::nullopt);
   EXPECT_EQ(kits.rows(), "");
 }

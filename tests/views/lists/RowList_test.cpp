@@ -259,7 +259,7 @@ TEST(RowList, GoesThroughTenThousandRowsByPagesAndSearch) {
   rows.click(0, 1);
   rows.key(Qt::Key_PageDown);
   EXPECT_NEAR(rows.list.currentIndex().row(), rows.list.viewport()->height() / 32, 1);
-  rows.key(Qt::Key_Right);
+  rows.key(Qt::Key_Left);
   rows.list.keyboardSearch(QStringLiteral("1234"));
   EXPECT_EQ(rows.selected(), "1234 ");
   EXPECT_TRUE(rows.list.viewport()->rect().contains(rows.place(1234, 1)));

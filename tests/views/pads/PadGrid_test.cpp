@@ -53,13 +53,6 @@ TEST(PadGridMoves, ADroppedTextIsAWholeNumberAndNothingElse) {
     EXPECT_EQ(droppedWaveId(QString::fromUtf8(text)), id) << '"' << text << '"';
 }
 
-TEST(PadGridMoves, NamesBreakWhereTheyMayAndEvenly) {
-  const auto length = [](const QString& text) { return static_cast<double>(text.size()); };
-  for (const auto& [name, lines] :
-       {std::pair{"Kick Dp", "Kick Dp"}, {"A BB CC DD", "A BB|CC DD"}, {"MMMMMMMMM", "MMMMM|MMMM"}})
-    EXPECT_EQ(padNameLines(q(name), 7, length).join(QLatin1Char('|')), q(lines)) << name;
-}
-
 struct PadGrid : ::testing::Test {
   MainWindow main;
   RolandLibrary& library = main.library;

@@ -178,6 +178,9 @@ TEST_F(WaveBrowser, DeletesWhenConfirmed) {
   EXPECT_EQ(question.buttons[0].role, AlertButton::Role::destructive);
   main.prompts.press(1);
   EXPECT_NE(library.wave(205), nullptr);
+  pick(1);
+  sounds.key(Qt::Key_Delete);
+  EXPECT_TRUE(main.prompts.alerts.empty()) << "a factory sample";
   pick(205);
   sounds.key(Qt::Key_Delete);
   main.prompts.press(0);
@@ -186,6 +189,8 @@ TEST_F(WaveBrowser, DeletesWhenConfirmed) {
 }
 
 TEST_F(WaveBrowser, LoopSectionWritesAndReadsBack) {
+  library.setSelectedPadIndex(5);
+  pick(205);
   press(205, waveColumn::loop);
   auto& tempo = main.find<Stepper>("waveTempo");
   EXPECT_EQ(tempo.text(), q("90.0"));
@@ -204,7 +209,7 @@ TEST_F(WaveBrowser, LoopSectionWritesAndReadsBack) {
   EXPECT_EQ(library.wave(205)->start(), 0);
   QTest::keyClick(&start, Qt::Key_Return);
   EXPECT_EQ(library.wave(205)->start(), -640909);
-  EXPECT_EQ(library.kit(1)->pad(0)->wave(), 205) << "Return in a field is none on its row";
+  EXPECT_EQ(library.kit(1)->pad(5)->wave(), -1) << "Return in a field is none on its row";
   auto& end = main.find<NumberField>("waveEnd");
   end.selectAll();
   QTest::keyClicks(&end, q("9"));
@@ -232,6 +237,20 @@ TEST_F(WaveBrowser, ImportsUnderTheFilteredTagAndTellsTheLastFailure) {
   EXPECT_TRUE(main.prompts.alerts[0].first.text.contains(q("lost")));
   main.prompts.press(0);
   EXPECT_FALSE(main.find("importProgress").isVisible());
+}
+
+TEST_F(WaveBrowser, AStepOfAPadsSliderPaintsNoRow) {
+  struct Paints : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+      count += event->type() == QEvent::Paint ? 1 : 0;
+      return false;
+    }
+    int count = 0;
+  } paints;
+  sounds.list.viewport()->installEventFilter(&paints);
+  library.setPadLevel(1, 0, 42);
+  settle();
+  EXPECT_EQ(paints.count, 0);
 }
 
 TEST_F(WaveBrowser, BatchRenameShowsThenRenamesAllInOneStep) {
