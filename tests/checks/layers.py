@@ -29,7 +29,7 @@ DISK = re.compile(r"filesystem|fstream|unistd\.h|fcntl\.h|dirent\.h|sys/.*|linux
 # <cstdio> is needed to format numbers, so there it is the words that tell.
 DISK_WORDS = re.compile(r"\b(?:FILE|fopen|freopen|tmpfile|popen)\b")
 # Libraries that only one folder knows, and only behind its headers.
-BEHIND = {"text": re.compile(r"unicode/.*"), "library": re.compile(r"xxhash.*"), "audio": re.compile(r"SDL.*|sndfile.*")}
+BEHIND = {"text": re.compile(r"unicode/.*"), "library": re.compile(r"xxhash.*"), "audio": re.compile(r"SDL.*|sndfile.*|soxr.*")}
 # Sources that run off the main thread take and return plain values.
 JOBS = ("*Job*", "CardWriter*", "SavePlan*", "Backup*")
 STORE = "library/store/RolandLibrary.h"

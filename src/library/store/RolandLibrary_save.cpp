@@ -157,7 +157,10 @@ void RolandLibrary::applyFailure(const RunningSave& run) {
     known_.begun(file, content);
   // What it hadn't come to is as new as before.
   std::erase_if(begunWaves_, [&](WaveId id) {
-    return !known_.isKnown(cardpaths::waveParameterFile(id / wavesPerBank, id % wavesPerBank));
+    const Wave* wave = this->wave(id);
+    const auto audio = wave ? cardpaths::audioTarget(*wave) : std::nullopt;
+    return !known_.isKnown(cardpaths::waveParameterFile(id / wavesPerBank, id % wavesPerBank)) &&
+           !(audio && known_.isKnown(*audio));
   });
   lives_.setIdentity(run.card, cardIdentity());
 }
@@ -174,6 +177,10 @@ void RolandLibrary::applyKnown(const SaveAttempt& attempt, const ExportResult& r
 
 /// Takes out what the save has removed, but not what has been deleted since.
 void RolandLibrary::applyDeletions(const SaveSnapshot& snapshot, const ExportResult& result) {
+  // A new sample that was deleted while the save wrote it is on the card as a whole.
+  for (auto& [number, wave] : deletedWaves_) {
+    if (!snapshot.deletions.contains(number) && snapshot.stagedAudioFiles.contains(wave.id())) wave.isPending = false;
+  }
   const auto isDone = [&](std::uint64_t number) { return !result.failedDeletions.contains(number); };
   std::erase_if(pendingKitDeletions_, [&](const auto& deletion) {
     const auto asked = snapshot.kitDeletions.find(deletion.first);
