@@ -99,7 +99,7 @@ class Script {
           [&] { library_.setPadSound(kit(), number(16), wave()); }, [&] { library_.setWaveTempo(wave(), value); },
           [&] { library_.setWaveName(wave(), name); }, [&] { library_.setTagName(value, name); },
           [&] {
-            library_.applySettingsToAllPads(kit(), number(16), {&padSetting("pan"), &padSetting("padVolume")});
+            library_.applySettingsToAllPads(kit(), number(16), {&padSetting("padPan"), &padSetting("padVolume")});
           }});
   }
 
