@@ -1,8 +1,9 @@
 #include "library/saving/SaveJob.h"
 
+#include "library/contents/CardCheck.h"
 #include "library/saving/Backup.h"
-#include "library/saving/CardCheck.h"
 #include "library/saving/CardWriter.h"
+#include "library/saving/PlanCheck.h"
 #include "library/saving/SavePlan.h"
 
 namespace tamboro {

@@ -6,8 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "library/store/RolandLibrary.h"
-#include "views/samples/WaveImports.h"
+#include "library/imports/SoundSource.h"
 
 class QDropEvent;
 class QWidget;

@@ -299,7 +299,7 @@ void CardModel::startSave() {
     staged.push_back(audioOf(id, wave));
   }
   held_.insert(staged.begin(), staged.end());
-  jobs.start(
+  saveJob_ = jobs.start(
       [this, save = running_] {
         save->isWritten = !readOnly;
         if (save->isWritten) write(*save);
@@ -416,7 +416,8 @@ void CardModel::exportKit(int slot, const std::function<void(const ModelTree*)>&
 }
 
 void CardModel::waitForSave() {
-  if (running_) jobs.runAll();
+  while (running_)
+    jobs.waitFor(saveJob_);
 }
 
 void CardModel::load(const Tree& card) {

@@ -112,6 +112,7 @@ class CardModel {
   std::vector<Element> copied_;
   std::vector<Import> imports_;  // the first one is under way
   std::shared_ptr<Save> running_;
+  HandJobs::JobId saveJob_ = 0;
   bool saveWaits_ = false;
   int last_ = 0;
   int loads_ = 0;
