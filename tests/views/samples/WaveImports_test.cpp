@@ -77,6 +77,17 @@ TEST(WaveImports, OneFileAfterAnotherUnderItsNameAndTheBatchsTag) {
   EXPECT_EQ(batch.progress().total(), 1);
 }
 
+TEST(WaveImports, ASampleAskedForByItselfGoesBetweenItsFilesAndIsNotCounted) {
+  Batch batch;
+  batch.store.open();
+  batch.start({"/home/Kick.v2.wav", "/home/snare.WAV"});
+  MainWindow::settle();
+  batch.store.library.importWave("/home/caf\xE9.wav", "alone", 0, [](const std::exception_ptr&) {});
+  batch.run();
+  EXPECT_THAT(batch.imported(), ElementsAre("Kick.v2/0", "alone/0", "snare/0"));
+  EXPECT_EQ(batch.progress().total(), 2);
+}
+
 TEST(WaveImports, FilesRefusedAtOnceLeaveTheWindowLive) {
   Batch batch;
   batch.start(std::vector<Path>(10'000, "/home/snare.WAV"));

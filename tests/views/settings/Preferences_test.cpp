@@ -64,6 +64,12 @@ TEST(PreferencesView, TellsTheOpenCardsPathWithItsMiddleCut) {
   form.store.panel.answer(Path("/home"));
   ASSERT_EQ(form.prompts.alerts.size(), 1U) << "the message over the workspace stands behind this window";
   EXPECT_EQ(form.prompts.alerts[0].first.text, form.store.library.lastError());
+  Tree card = sampleCard();
+  card["KIT/kit001.spd"] = "";
+  form.store.mountCard("fat:1234-ABCD", card);
+  QTest::mouseClick(&form.find("changeLocationButton"), Qt::LeftButton);
+  form.store.panel.answer(Path("/media/card"));
+  EXPECT_TRUE(form.prompts.alerts.at(1).first.text.contains(QStringLiteral("KIT/kit001.spd is empty. ")));
 }
 
 TEST(PreferencesView, EveryChangeTakesEffectAtOnce) {
