@@ -40,7 +40,7 @@ void useEachOperation(DiskStore& store) {
   static int level = 0;
   library.setPadLevel(1, 0, level = 100 - level);
   library.undoManager().endTurn();
-  library.applySettingsToAllPads(1, 0, {SetAllPadField::level});
+  library.applySettingsToAllPads(1, 0, {&padSetting("padVolume")});
   library.undoManager().endTurn();
   library.undoManager().undo();
   library.undoManager().redo();

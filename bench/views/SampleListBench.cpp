@@ -10,7 +10,7 @@
 #include "views/ViewsBench.h"
 #include "views/lists/RowList.h"
 #include "views/samples/WaveBrowserView.h"
-#include "views/samples/WaveRowDelegate.h"
+#include "views/samples/WaveColumn.h"
 
 namespace tamboro::bench {
 namespace {
@@ -34,7 +34,7 @@ class FixedRows {
       const auto record = static_cast<std::size_t>(rows[static_cast<std::size_t>(row)].record);
       firsts_.resize(std::max(firsts_.size(), record + 1));
       firsts_[record] = values_.size();
-      for (int column = 0; column < waveColumn::count; ++column)
+      for (int column = 0; column < waveColumnCount; ++column)
         for (const int role : roles)
           values_.push_back(model.index(row, column).data(role));
     }
@@ -65,10 +65,10 @@ struct Lists : DiskStore {
     field = browser.findChild<QLineEdit*>(QStringLiteral("waveSearchText"));
     known = std::make_unique<FixedRows>(list->rows());
     fixed = std::make_unique<RowList>(
-        new RowModel(waveColumn::count,
+        new RowModel(waveColumnCount,
                      [this](const RowKey& row, int column, int role) { return known->value(row, column, role); }),
         new WaveRowDelegate);
-    fixed->setMainColumn(waveColumn::name);
+    fixed->setMainColumn(waveColumn("name"));
     fixed->setRows(known->rows, {});
     fixed->resize(list->size());
     fixed->show();

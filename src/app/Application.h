@@ -5,14 +5,18 @@
 
 #include "app/AppDelegate.h"
 #include "app/CardFolderPanel.h"
+#include "app/ColourScheme.h"
 #include "app/DesktopFileViewer.h"
 #include "app/DesktopPrompts.h"
+#include "app/EndSignals.h"
 #include "app/NetworkFeedFetcher.h"
 #include "audio/SamplePlayer.h"
 #include "library/store/RolandLibrary.h"
 
 namespace tamboro {
 
+class ContentView;
+class GuideWindow;
 class SettingsWindow;
 
 /// The application object: owns the delegate, the desktop's services, the one store, the one player, the main
@@ -32,6 +36,9 @@ class Application : public QObject {
   void makeWindow();
   void showAbout();
   void showPreferences();
+  void showGuide();
+  void followScheme();
+  void finish();
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   DesktopPrompts prompts_;
@@ -46,7 +53,11 @@ class Application : public QObject {
   std::unique_ptr<RolandLibrary> library_;
   SamplePlayer player_;
   std::unique_ptr<QMainWindow> window_;
+  ContentView* content_ = nullptr;
+  ColourScheme scheme_;
+  EndSignals endSignals_;
   SettingsWindow* settings_ = nullptr;  ///< made when first asked for, the main window's
+  GuideWindow* guide_ = nullptr;        ///< likewise
 };
 
 }  // namespace tamboro

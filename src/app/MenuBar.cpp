@@ -111,6 +111,8 @@ void MenuBar::addViewMenu() {
 
 void MenuBar::addHelpMenu() {
   QMenu* help = addNamedMenu(QStringLiteral("Help"));
+  QAction* guide = addRow(help, QStringLiteral("guide"), QStringLiteral("Tamboro Guide"));
+  connect(guide, &QAction::triggered, this, &MenuBar::guideRequested);
   QAction* shortcuts =
       addRow(help, QStringLiteral("keyboardShortcuts"), QStringLiteral("Keyboard Shortcuts"), Qt::CTRL | Qt::Key_Slash);
   shortcuts->setShortcuts({shortcuts->shortcut(), Qt::Key_F1});

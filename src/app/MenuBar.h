@@ -22,6 +22,7 @@ class MenuBar : public QMenuBar {
  Q_SIGNALS:
   void preferencesRequested();
   void aboutRequested();
+  void guideRequested();
   void checkForUpdatesRequested();
   void kitListToggled(bool on);
   void searchRequested();

@@ -4,6 +4,7 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocalSocket>
 
 namespace tamboro {
@@ -14,11 +15,17 @@ QString text(const std::filesystem::path& path) {
   return QFile::decodeName(QByteArray::fromStdString(path.string()));
 }
 
-/// Sockets have short paths: the folder's own can be too long.
+/// Sockets have short paths: the folder's own can be too long. In the user's runtime folder, which nobody else enters;
+/// where there is none, among the temporary files.
 QString addressOf(const QString& folder) {
   const QByteArray hash = QCryptographicHash::hash(folder.toUtf8(), QCryptographicHash::Sha256).toHex().first(16);
-  return QStringLiteral("tamboro-") + QLatin1String(hash);
+  const QString name = QStringLiteral("tamboro-") + QLatin1String(hash);
+  const QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
+  return QDir(runtime).isAbsolute() && QFileInfo(runtime).isWritable() ? runtime + QLatin1Char('/') + name : name;
 }
+
+/// What a program says that is ours, and no other that a stale address may lead to.
+constexpr QByteArrayView greeting("tamboro");
 
 }  // namespace
 
@@ -34,8 +41,10 @@ SingleInstance::Start SingleInstance::claim(std::chrono::milliseconds patience) 
   const QDeadlineTimer end(patience);
   do {
     if (lock_.tryLock(0)) {
-      QLocalServer::removeServer(address_);  // left by a program that was killed
-      server_.listen(address_);
+      // With the place ours, what stands at the address was left by a program that was killed.
+      QLocalServer::removeServer(address_);
+      if (!server_.listen(address_))
+        qWarning("tamboro: no second start will reach this one: %s", qPrintable(server_.errorString()));
       return Start::first;
     }
     // Where no lock can be made at all there is no telling.
@@ -49,13 +58,16 @@ bool SingleInstance::handOver() const {
   constexpr int wait = 250;
   QLocalSocket socket;
   socket.connectToServer(address_);
-  return socket.waitForConnected(wait) && (socket.bytesAvailable() > 0 || socket.waitForReadyRead(wait));
+  if (!socket.waitForConnected(wait)) return false;
+  while (socket.bytesAvailable() < greeting.size())
+    if (!socket.waitForReadyRead(wait)) return false;
+  return socket.read(greeting.size()) == greeting;
 }
 
 void SingleInstance::answer() {
   while (QLocalSocket* socket = server_.nextPendingConnection()) {
     connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-    socket->write("1");
+    socket->write(greeting.data(), greeting.size());
     socket->flush();
     Q_EMIT startedAgain();
   }

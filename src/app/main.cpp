@@ -1,5 +1,10 @@
 #include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
 #include <QStandardPaths>
+#include <algorithm>
+#include <cstring>
+#include <iterator>
 
 #include "app/Application.h"
 #include "app/SingleInstance.h"
@@ -19,13 +24,36 @@ int tellThatItRuns() {
   return QApplication::exec();
 }
 
+/// Whether all that is asked for is a text, which needs no display.
+bool asksForText(int argc, char** argv) {
+  constexpr const char* questions[] = {"-h", "--help", "-v", "--version"};
+  return argc == 2 && std::any_of(std::begin(questions), std::end(questions),
+                                  [&](const char* question) { return std::strcmp(argv[1], question) == 0; });
+}
+
+void readCommandLine() {
+  QCoreApplication::setApplicationName(QStringLiteral("tamboro"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(TAMBORO_VERSION));
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral("Edits the content of a Roland SPD-SX sampling pad."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.process(*QCoreApplication::instance());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (asksForText(argc, argv)) {
+    const QCoreApplication application(argc, argv);
+    readCommandLine();
+  }
   QApplication application(argc, argv);
-  QApplication::setApplicationName(QStringLiteral("tamboro"));
+  readCommandLine();
   QApplication::setApplicationDisplayName(QStringLiteral("Tamboro"));
   QApplication::setDesktopFileName(QStringLiteral("org.tamboro.Tamboro"));
+  const QString icon = QApplication::desktopFileName();
+  QApplication::setWindowIcon(QIcon::fromTheme(icon, QIcon(QStringLiteral(":/%1.svg").arg(icon))));
   tamboro::LookStyle::install(application);
   const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
   tamboro::SingleInstance instance(tamboro::pathOf(data) / "tamboro");

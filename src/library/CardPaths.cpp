@@ -95,6 +95,10 @@ bool isTemporary(std::string_view name) {
   return name.starts_with(temporaryPrefix);
 }
 
+bool isDocument(const Path& file) {
+  return file.extension() == documentExtension;
+}
+
 std::optional<std::int64_t> slotOfKitFile(std::string_view name) {
   return integerBetween("kit", name, documentExtension);
 }

@@ -28,6 +28,8 @@ Path tagNameIndexFile();                                       ///< SYSTEM/wavel
 inline constexpr std::string_view temporaryPrefix = ".tamboro-";
 bool isTemporary(std::string_view name);
 
+/// Whether a file's name ends as a parameter file's does, case-sensitive.
+bool isDocument(const Path& file);
 /// The slot that a file name in KIT stands for: "kit", an integer, ".spd", case-sensitive. kit7.spd and kit007.spd are
 /// the same slot.
 std::optional<std::int64_t> slotOfKitFile(std::string_view name);

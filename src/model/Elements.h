@@ -8,7 +8,8 @@
 
 #include "card/SpdNode.h"
 
-/// The card's element vocabulary: every name, read default and written range stands here and nowhere else.
+/// The card's element vocabulary: every name, read default and written range stands here and nowhere else, but for the
+/// settings of a pad, whose table is PadSetting.h.
 namespace tamboro::elements {
 
 /// A leaf that holds a decimal integer. Values are written as given unless the leaf has bounds or is a flag; values
@@ -58,24 +59,6 @@ constexpr IntegerLeaf fxSwitch(int unit) {
   return flag(unit == 1 ? "Fx1Sw" : "Fx2Sw", 0);
 }
 std::string fxParam(int unit, int position);  // its read default is 0
-
-// Pad.
-inline constexpr IntegerLeaf wave{"Wv", -1};
-inline constexpr IntegerLeaf subWave{"SubWv", -1};
-inline constexpr IntegerLeaf waveLevel{"WvLevel", 100, 0, 100};
-inline constexpr IntegerLeaf wavePan{"WvPan", 15, 0, 30};
-inline constexpr IntegerLeaf subWaveLevel{"SubWvLevel", 100, 0, 100};
-inline constexpr IntegerLeaf subWavePan{"SubWvPan", 15, 0, 30};
-inline constexpr IntegerLeaf note{"NoteNum", 60, 0, 127};
-inline constexpr IntegerLeaf muteGroup{"MuteGrp", 0, 0, 8};
-inline constexpr IntegerLeaf voiceAssign = flag("VoiceAsgn", 1);  // on is poly, off is mono
-inline constexpr IntegerLeaf triggerType{"TrigType", 0};
-inline constexpr IntegerLeaf outputAssign{"OutAsgn", 0};
-inline constexpr IntegerLeaf midiChannel{"PadMidiCh", -1};  // -1 is the global channel
-inline constexpr IntegerLeaf loop = flag("Loop", 0);
-inline constexpr IntegerLeaf tempoSync = flag("TempoSync", 0);
-inline constexpr IntegerLeaf dynamics = flag("Dynamics", 0);
-inline constexpr IntegerLeaf reverse = flag("Reverse", 0);
 
 // Sample file.
 inline constexpr std::string_view waveRoot = "WvPrm";

@@ -63,7 +63,7 @@ bool Kit::updatePad(int index, const std::function<void(Pad&)>& change) {
 }
 
 bool Kit::writePadWave(int index, WaveId id) {
-  return updatePad(index, [id](Pad& pad) { elements::wave.write(pad.node, id); });
+  return updatePad(index, [id](Pad& pad) { padSetting("padSound").leaf.write(pad.node, id); });
 }
 
 bool Kit::clearPadWave(int index) {
@@ -75,11 +75,11 @@ bool Kit::resetPadValues(int index) {
 }
 
 bool Kit::writePadNote(int index, std::int64_t note) {
-  return updatePad(index, [note](Pad& pad) { elements::note.write(pad.node, note); });
+  return updatePad(index, [note](Pad& pad) { padSetting("note").leaf.write(pad.node, note); });
 }
 
 bool Kit::writePadPoly(int index, bool isPoly) {
-  return updatePad(index, [isPoly](Pad& pad) { elements::voiceAssign.write(pad.node, isPoly ? 1 : 0); });
+  return updatePad(index, [isPoly](Pad& pad) { padSetting("poly").leaf.write(pad.node, isPoly ? 1 : 0); });
 }
 
 void Kit::applyPads(const std::vector<Pad>& pads) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "model/Elements.h"
+#include "model/PadSetting.h"
 
 namespace tamboro {
 namespace {
@@ -20,7 +20,7 @@ constexpr std::array<std::string_view, 12> pitchNames = {"C",     "C#/Db", "D", 
                                                          "F#/Gb", "G",     "G#/Ab", "A",     "A#/Bb", "B"};
 
 std::string noteName(std::int64_t number) {
-  if (number < elements::note.lower || number > elements::note.upper) return std::to_string(number);
+  if (number < padSetting("note").leaf.lower || number > padSetting("note").leaf.upper) return std::to_string(number);
   std::string name(pitchNames[static_cast<std::size_t>(pitchOf(number))]);
   name += std::to_string(octaveOf(number));
   if (number == middleC) name += " (middle C)";
@@ -39,11 +39,11 @@ std::int64_t octaveOf(std::int64_t number) {
 std::int64_t noteWithPitch(std::int64_t number, int pitch) {
   // An octave beyond these ends where the clamp does, and keeps the product in range.
   const std::int64_t octave = std::clamp<std::int64_t>(floorDivided(number), -1, 11);
-  return elements::note.stored(octave * notesPerOctave + pitch);
+  return padSetting("note").leaf.stored(octave * notesPerOctave + pitch);
 }
 
 std::int64_t noteWithOctave(std::int64_t number, int octave) {
-  return elements::note.stored((std::int64_t{octave} + 1) * notesPerOctave + pitchOf(number));
+  return padSetting("note").leaf.stored((std::int64_t{octave} + 1) * notesPerOctave + pitchOf(number));
 }
 
 }  // namespace tamboro

@@ -4,35 +4,37 @@
 #include <string>
 
 #include "card/SpdNode.h"
-#include "model/Elements.h"
 #include "model/Keys.h"
+#include "model/PadSetting.h"
 
 namespace tamboro {
 
 /// One pad of a kit: a copy of the `PadPrm` element at `index`, counted from 0. Short-lived: taken from a kit, read or
-/// changed, and dropped or put back. A leaf that is missing reads as its default in elements.
+/// changed, and dropped or put back. A leaf that is missing reads as its default.
 struct Pad {
   int index;
   SpdNode node;
 
-  WaveId wave() const { return elements::wave.read(node); }
-  WaveId subWave() const { return elements::subWave.read(node); }
-  std::int64_t level() const { return elements::waveLevel.read(node); }
-  std::int64_t pan() const { return elements::wavePan.read(node); }
-  std::int64_t subLevel() const { return elements::subWaveLevel.read(node); }
-  std::int64_t subPan() const { return elements::subWavePan.read(node); }
-  std::int64_t note() const { return elements::note.read(node); }
-  std::int64_t muteGroup() const { return elements::muteGroup.read(node); }
-  std::int64_t triggerType() const { return elements::triggerType.read(node); }
-  std::int64_t outputAssign() const { return elements::outputAssign.read(node); }
-  std::int64_t midiChannel() const { return elements::midiChannel.read(node); }
-  bool isPoly() const { return elements::voiceAssign.isOn(node); }
-  bool loop() const { return elements::loop.isOn(node); }
-  bool tempoSync() const { return elements::tempoSync.isOn(node); }
-  bool dynamics() const { return elements::dynamics.isOn(node); }
-  bool reverse() const { return elements::reverse.isOn(node); }
+  std::int64_t value(const PadSetting& setting) const { return setting.leaf.read(node); }
+  bool isOn(const PadSetting& setting) const { return setting.leaf.isOn(node); }
+  WaveId wave() const { return value(padSetting("padSound")); }
+  WaveId subWave() const { return value(padSetting("subSound")); }
+  std::int64_t level() const { return value(padSetting("padVolume")); }
+  std::int64_t pan() const { return value(padSetting("padPan")); }
+  std::int64_t subLevel() const { return value(padSetting("subVolume")); }
+  std::int64_t subPan() const { return value(padSetting("subPan")); }
+  std::int64_t note() const { return value(padSetting("note")); }
+  std::int64_t muteGroup() const { return value(padSetting("muteGroup")); }
+  std::int64_t triggerType() const { return value(padSetting("triggerType")); }
+  std::int64_t outputAssign() const { return value(padSetting("output")); }
+  std::int64_t midiChannel() const { return value(padSetting("midiChannel")); }
+  bool isPoly() const { return isOn(padSetting("poly")); }
+  bool loop() const { return isOn(padSetting("loop")); }
+  bool tempoSync() const { return isOn(padSetting("tempoSync")); }
+  bool dynamics() const { return isOn(padSetting("dynamics")); }
+  bool reverse() const { return isOn(padSetting("reverse")); }
 
-  /// Writes the fifteen settings back to their defaults, missing ones too. The note number is not one of them.
+  /// Writes the settings that a reset takes back to their defaults, missing ones too.
   void resetValues();
 
   friend bool operator==(const Pad&, const Pad&) = default;

@@ -4,12 +4,9 @@
 
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <numbers>
 #include <random>
-#include <string>
 #include <vector>
 
 namespace tamboro::test {
@@ -43,30 +40,9 @@ inline bool writeAudio(const std::filesystem::path& file, const std::vector<floa
   info.format = format;
   if (sf_format_check(&info) == 0) return false;
   SNDFILE* out = sf_open(file.c_str(), SFM_WRITE, &info);
-  if (!out) return false;
   const auto count = static_cast<sf_count_t>(values.size());
-  const bool isWritten = sf_write_float(out, values.data(), count) == count;
-  return sf_close(out) == 0 && isWritten;
-}
-
-inline void writeBytes(const std::filesystem::path& file, const std::string& bytes) {
-  std::ofstream(file, std::ios::binary) << bytes;
-}
-
-/// The header of a WAV file with any claims, 44 bytes.
-inline std::string wavHeader(unsigned format, unsigned channels, std::uint32_t rate, unsigned bits,
-                             std::uint32_t dataSize) {
-  const auto number = [](std::uint64_t value, int size) {
-    std::string bytes;
-    for (int i = 0; i < size; ++i) {
-      bytes += static_cast<char>(value >> (8 * i) & 0xFF);
-    }
-    return bytes;
-  };
-  const unsigned frameSize = channels * bits / 8;
-  return "RIFF" + number(36ULL + dataSize, 4) + "WAVEfmt " + number(16, 4) + number(format, 2) + number(channels, 2) +
-         number(rate, 4) + number(std::uint64_t{rate} * frameSize, 4) + number(frameSize, 2) + number(bits, 2) +
-         "data" + number(dataSize, 4);
+  const bool isWritten = out && sf_write_float(out, values.data(), count) == count;
+  return isWritten && sf_close(out) == 0;
 }
 
 }  // namespace tamboro::test

@@ -7,10 +7,11 @@
 #include <QByteArray>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QtEndian>
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <utility>
@@ -72,8 +73,6 @@ class NullSink {
     qputenv("PULSE_COOKIE", folder_.filePath(QStringLiteral("cookie")).toUtf8());
     qputenv("SDL_AUDIODRIVER", "pulseaudio");
   }
-  NullSink(const NullSink&) = delete;
-  NullSink& operator=(const NullSink&) = delete;
 
   /// False: there is no sound server on this machine, or it doesn't start.
   bool start() {
@@ -102,9 +101,8 @@ class NullSink {
   static int streamCount() {
     Child list("pactl list short sink-inputs");
     QByteArray lines;
-    while (!list.hasEnded()) {
+    while (!list.hasEnded())
       lines += list.read();
-    }
     return list.end() == 0 ? static_cast<int>(lines.count('\n')) : -1;
   }
 
@@ -115,41 +113,34 @@ class NullSink {
   std::optional<Child> server_;
 };
 
+inline bool isHeard(float value) {
+  return value != 0;
+}
+
 /// What the null sink plays, from the start of the recording on.
 class MonitorRecording {
  public:
   MonitorRecording() {
-    waitUntil([this] { return !samples().empty(); });
+    waitUntil([this] {
+      listen();
+      return !bytes_.isEmpty();
+    });
   }
-  MonitorRecording(const MonitorRecording&) = delete;
-  MonitorRecording& operator=(const MonitorRecording&) = delete;
 
   /// To be called all the time: the recorder rests while nobody takes what it has.
   void listen() {
-    for (QByteArray part = recorder_.read(); !part.isEmpty(); part = recorder_.read()) {
+    for (QByteArray part = recorder_.read(); !part.isEmpty(); part = recorder_.read())
       bytes_ += part;
-    }
   }
 
-  /// Left and right interleaved.
-  std::vector<std::int16_t> samples() {
+  /// Left and right interleaved, without the silence before and behind. The sounds of the tests hold no silent value.
+  std::vector<float> sound() {
     listen();
-    std::vector<std::int16_t> values(static_cast<std::size_t>(bytes_.size()) / sizeof(std::int16_t));
-    if (!values.empty()) std::memcpy(values.data(), bytes_.constData(), values.size() * sizeof(std::int16_t));
-    return values;
-  }
-
-  /// Without the silence before and behind.
-  std::vector<std::int16_t> sound() {
-    auto values = samples();
-    const auto isFrameSilent = [&](std::size_t i) { return values[i] == 0 && values[i + 1] == 0; };
-    std::size_t begin = 0;
-    std::size_t end = values.size() / 2 * 2;
-    while (begin < end && isFrameSilent(begin))
-      begin += 2;
-    while (end > begin && isFrameSilent(end - 2))
-      end -= 2;
-    return {values.begin() + static_cast<std::ptrdiff_t>(begin), values.begin() + static_cast<std::ptrdiff_t>(end)};
+    std::vector<float> values;
+    for (qsizetype at = 0; at + 1 < bytes_.size(); at += 2)
+      values.push_back(qFromLittleEndian<std::int16_t>(bytes_.constData() + at) / 32768.0F);
+    const auto begin = std::find_if(values.begin(), values.end(), isHeard);
+    return {begin, std::find_if(values.rbegin(), std::make_reverse_iterator(begin), isHeard).base()};
   }
 
  private:

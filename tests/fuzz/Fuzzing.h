@@ -31,10 +31,6 @@ class Choices {
     return first;
   }
   int below(int bound) { return byte() % bound; }
-  template<class Range>
-  const auto& pick(const Range& range) {
-    return range[byte() % std::size(range)];
-  }
   /// The next bytes as choices of their own.
   Choices split(std::size_t count) {
     const auto part = rest_.first(std::min(count, rest_.size()));

@@ -1,20 +1,22 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "card/SpdDocument.h"
 
-namespace tamboro::naive {
-
 /// The format once more, written for plainness: recursive, with strings of its own. Failures are thrown as the error's
 /// text in a std::string.
+namespace tamboro::naive {
+
+using Content = SpdNode::Content;
+
 struct Element {
   std::string name;
-  SpdNode::Content content = SpdNode::Content::leaf;
-  std::string leading;
-  std::string text;
-  std::string closing;
+  Content content = Content::leaf;
+  std::string leading, text, closing;
   std::vector<Element> children;
 };
 
@@ -26,8 +28,114 @@ struct Document {
   std::string serialize() const;
 };
 
-std::string decoded(const std::string& bytes);
-/// Whether the two trees are the same, whitespace included.
-bool equal(const Element& element, const SpdNode& node);
+// The table of well-formed UTF-8: a row is the range of each byte of a sequence.
+using Row = std::vector<std::pair<int, int>>;
+inline const std::vector<Row> wellFormedRows = {{{0x00, 0x7F}},
+                                                {{0xC2, 0xDF}, {0x80, 0xBF}},
+                                                {{0xE0, 0xE0}, {0xA0, 0xBF}, {0x80, 0xBF}},
+                                                {{0xE1, 0xEC}, {0x80, 0xBF}, {0x80, 0xBF}},
+                                                {{0xED, 0xED}, {0x80, 0x9F}, {0x80, 0xBF}},
+                                                {{0xEE, 0xEF}, {0x80, 0xBF}, {0x80, 0xBF}},
+                                                {{0xF0, 0xF0}, {0x90, 0xBF}, {0x80, 0xBF}, {0x80, 0xBF}},
+                                                {{0xF1, 0xF3}, {0x80, 0xBF}, {0x80, 0xBF}, {0x80, 0xBF}},
+                                                {{0xF4, 0xF4}, {0x80, 0x8F}, {0x80, 0xBF}, {0x80, 0xBF}}};
+
+inline std::string decoded(const std::string& bytes) {
+  std::string result;
+  for (std::size_t pos = 0; pos < bytes.size();) {
+    std::size_t longest = 0;
+    bool whole = false;
+    for (const Row& row : wellFormedRows) {
+      std::size_t length = 0;
+      while (length < row.size() && pos + length < bytes.size()) {
+        const int byte = static_cast<unsigned char>(bytes[pos + length]);
+        if (byte < row[length].first || byte > row[length].second) break;
+        ++length;
+      }
+      if (length <= longest) continue;
+      longest = length;
+      whole = length == row.size();
+    }
+    result += whole ? bytes.substr(pos, longest) : "\uFFFD";
+    pos += std::max<std::size_t>(longest, 1);
+  }
+  return result;
+}
+
+struct Parser {
+  const std::string& bytes;
+  std::size_t pos = 0;
+
+  bool at(const std::string& text) const { return bytes.compare(pos, text.size(), text) == 0; }
+  void expect(const std::string& text) {
+    if (!at(text)) throw "Expected '" + text + "' at byte offset " + std::to_string(pos);
+    pos += text.size();
+  }
+  std::string upTo(std::size_t end) {
+    const std::size_t start = std::exchange(pos, end);
+    return bytes.substr(start, end - start);
+  }
+  std::string whitespace() {
+    const std::size_t end = std::min(bytes.find_first_not_of("\t\n\r ", pos), bytes.size());
+    return upTo(end);
+  }
+  std::string until(std::size_t end, const std::string& terminator) {
+    if (end == std::string::npos) {
+      throw "Unterminated element, expected '" + terminator + "' starting at byte offset " + std::to_string(pos);
+    }
+    return decoded(upTo(end));
+  }
+
+  Element element(const std::string& leading, std::size_t depth) {
+    const std::size_t start = pos;
+    expect("<");
+    if (depth > SpdDocument::maxDepth) {
+      throw "Elements nested more than 1024 deep at byte offset " + std::to_string(start);
+    }
+    Element result{until(bytes.find_first_of("/>", pos), ">"), Content::selfClosing, leading, {}, {}, {}};
+    if (at("/")) return expect("/>"), result;
+    expect(">");
+    const std::string tag = "</" + result.name + ">";
+    std::string gap = whitespace();
+    if (at(tag) || !at("<")) {
+      result.content = Content::leaf;
+      result.text = until(bytes.find(tag, pos), tag);
+      return expect(tag), result;
+    }
+    result.content = Content::container;
+    for (; !at(tag); gap = whitespace())
+      result.children.push_back(element(gap, depth + 1));
+    result.closing = gap;
+    return expect(tag), result;
+  }
+};
+
+inline std::string write(const Element& element) {
+  if (element.content == Content::selfClosing) return "<" + element.name + "/>";
+  std::string inner = element.text;
+  for (const Element& child : element.children)
+    inner += child.leading + write(child);
+  return "<" + element.name + ">" + inner + element.closing + "</" + element.name + ">";
+}
+
+inline Document Document::parse(const std::string& bytes) {
+  if (bytes.empty()) throw std::string("Empty document");
+  Parser parser{bytes};
+  Element root = parser.element("", 1);
+  return {std::move(root), bytes.substr(parser.pos)};
+}
+
+inline std::string Document::serialize() const {
+  return write(root) + trailing;
+}
+
+inline bool equal(const Element& element, const SpdNode& node) {
+  const bool container = element.content == Content::container;
+  return element.name == node.name() && element.content == node.content() && element.text == node.text() &&
+         node.leadingWhitespace() == element.leading && node.closingWhitespace().has_value() == container &&
+         node.closingWhitespace().value_or("") == element.closing &&
+         std::equal(element.children.begin(), element.children.end(), node.children().begin(), node.children().end(),
+                    equal);
+}
 
 }  // namespace tamboro::naive

@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include <QStandardPaths>
-#include <limits>
 
 #include "platform/RealFileSystem.h"
 #include "support/MemoryDefaults.h"
@@ -14,11 +13,10 @@
 namespace tamboro::test {
 namespace {
 
-using Integers = std::vector<std::int64_t>;
+using ::testing::HasSubstr;
 
-QString key(const char* latin) {
-  return QString::fromLatin1(latin);
-}
+const QString one = QStringLiteral("one");
+const QString other = QStringLiteral("other");
 
 class JsonDefaults : public ::testing::Test {
  protected:
@@ -33,95 +31,66 @@ class JsonDefaults : public ::testing::Test {
   }
 };
 
-void storeAll(Defaults& defaults) {
-  defaults.setBytes(key("bytes"), QByteArray("/c\xFF\0rd", 6));
-  defaults.setBytes(key("no bytes"), QByteArray(""));
-  defaults.setBoolean(key("boolean"), true);
-  defaults.setReal(key("real"), 0.1);
-  defaults.setReal(key("whole"), 30.0);
-  defaults.setReal(key("huge"), 1e300);
-  defaults.setInteger(key("integer"), -9007199254740991);
-  defaults.setIntegers(key("integers"), {3, 0, -1});
-  defaults.setIntegers(key("no integers"), {});
+/// What of each kind stands under a key: bytes, boolean, real, integer, integers.
+std::string told(const Defaults& defaults, const QString& key) {
+  std::string text;
+  if (const auto bytes = defaults.bytes(key)) text += "y:" + bytes->toHex().toStdString() + " ";
+  if (const auto boolean = defaults.boolean(key)) text += *boolean ? "true " : "false ";
+  if (const auto real = defaults.real(key)) text += "r:" + QString::number(*real).toStdString() + " ";
+  if (const auto integer = defaults.integer(key)) text += "i:" + std::to_string(*integer) + " ";
+  if (const auto integers = defaults.integers(key)) text += "list:" + std::to_string(integers->size()) + " ";
+  return text;
 }
 
-void expectAll(const Defaults& defaults) {
-  EXPECT_EQ(defaults.bytes(key("bytes")), QByteArray("/c\xFF\0rd", 6));
-  EXPECT_EQ(defaults.bytes(key("no bytes")), QByteArray(""));
-  EXPECT_EQ(defaults.boolean(key("boolean")), true);
-  EXPECT_EQ(defaults.real(key("real")), 0.1);
-  EXPECT_EQ(defaults.real(key("whole")), 30.0);
-  EXPECT_EQ(defaults.integer(key("whole")), 30);
-  EXPECT_EQ(defaults.integer(key("real")), std::nullopt);
-  EXPECT_EQ(defaults.integer(key("huge")), std::nullopt);
-  EXPECT_EQ(defaults.integer(key("integer")), -9007199254740991);
-  EXPECT_EQ(defaults.real(key("integer")), -9007199254740991.0);
-  EXPECT_EQ(defaults.integers(key("integers")), (Integers{3, 0, -1}));
-  EXPECT_EQ(defaults.integers(key("no integers")), Integers{});
-  // Each under every other kind is absent.
-  for (const char* name : {"boolean", "real", "integer", "integers", "none"}) {
-    EXPECT_EQ(defaults.bytes(key(name)), std::nullopt) << name;
-  }
-  for (const char* name : {"bytes", "real", "integer", "integers", "none"}) {
-    EXPECT_EQ(defaults.boolean(key(name)), std::nullopt) << name;
-  }
-  for (const char* name : {"bytes", "boolean", "integers", "none"}) {
-    EXPECT_EQ(defaults.real(key(name)), std::nullopt) << name;
-    EXPECT_EQ(defaults.integer(key(name)), std::nullopt) << name;
-  }
-  for (const char* name : {"bytes", "boolean", "integer", "none"}) {
-    EXPECT_EQ(defaults.integers(key(name)), std::nullopt) << name;
+TEST_F(JsonDefaults, KeepEachValueWithItsKindAndAtOnce) {
+  using Store = std::function<void(Defaults&)>;
+  const std::pair<Store, const char*> cases[] = {
+      {[](auto& d) { d.setBytes(one, QByteArray("/c\xFF\0", 4)); }, "y:2f63ff00 "},
+      {[](auto& d) { d.setBytes(one, QByteArray("")); }, "y: "},
+      {[](auto& d) { d.setBoolean(one, true); }, "true "},
+      {[](auto& d) { d.setReal(one, 0.25); }, "r:0.25 "},
+      {[](auto& d) { d.setReal(one, 30.0); }, "r:30 i:30 "},
+      {[](auto& d) { d.setReal(one, 1e300); }, "r:1e+300 "},
+      {[](auto& d) { d.setInteger(one, -9007199254740991); }, "r:-9.0072e+15 i:-9007199254740991 "},
+      {[](auto& d) {
+         d.setIntegers(one, {3, 0, -1});
+       },
+       "list:3 "},
+      {[](auto& d) { d.setIntegers(one, {}); }, "list:0 "},
+  };
+  for (const auto& [store, expected] : cases) {
+    const auto defaults = make();
+    test::MemoryDefaults memory;  // the other tests' settings answer alike
+    store(*defaults);
+    store(memory);
+    EXPECT_EQ(told(*defaults, one), expected);
+    EXPECT_EQ(told(memory, one), expected);
+    const std::string text = readFile(*files, path);  // what another process would read
+    path = folder / (std::to_string(std::hash<std::string>()(expected)) + ".json");
+    EXPECT_EQ(told(*make(text), one), expected);
   }
 }
 
-TEST_F(JsonDefaults, KeepEachValueWithItsKind) {
-  const auto defaults = make();
-  storeAll(*defaults);
-  expectAll(*defaults);
-  // What another process would read: written at once, not at the end.
-  const std::string text = readFile(*files, path);
-  path = folder / "copy.json";
-  expectAll(*make(text));
-}
-
-TEST(MemoryDefaults, AnswersLikeTheRealOnes) {
-  MemoryDefaults defaults;
-  storeAll(defaults);
-  expectAll(defaults);
-  defaults.setText(key("real"), key("30"));
-  EXPECT_EQ(defaults.real(key("real")), std::nullopt);
-}
-
-TEST_F(JsonDefaults, ForeignKindsCountAsAbsent) {
-  const auto defaults = make(R"({"text": "30", "number text": "true", "null": null, "mixed": [1, true],
-    "fraction": [1, 2.5], "object": {"base64": "!!", "x": 1}, "broken": {"base64": "a*b"}, "list": [30]})");
-  for (const char* name : {"text", "number text", "null", "mixed", "fraction", "object", "broken"}) {
-    EXPECT_EQ(defaults->bytes(key(name)), std::nullopt) << name;
-    EXPECT_EQ(defaults->boolean(key(name)), std::nullopt) << name;
-    EXPECT_EQ(defaults->real(key(name)), std::nullopt) << name;
-    EXPECT_EQ(defaults->integer(key(name)), std::nullopt) << name;
-    EXPECT_EQ(defaults->integers(key(name)), std::nullopt) << name;
-  }
-  EXPECT_EQ(defaults->integer(key("list")), std::nullopt);
-}
-
-TEST_F(JsonDefaults, WhatTheProgramDoesNotKnowSurvivesAWrite) {
-  make(R"({"later": {"deep": [1, "two", null, {"base64": "AAE="}]}, "nothing": null, "old": 1.5})")
-      ->setBoolean(key("new"), false);
-  const std::string text = readFile(*files, path);
-  for (const char* part : {"\"later\"", "\"deep\"", "\"two\"", "\"AAE=\"", "\"nothing\": null", "1.5", "\"new\""}) {
-    EXPECT_THAT(text, ::testing::HasSubstr(part));
+TEST_F(JsonDefaults, ForeignKindsCountAsAbsentAndSurviveAWrite) {
+  for (const std::string kept : {R"("30")", "null", "[1,true]", "[1,2.5]", R"({"base64":"AAE=","x":1})",
+                                 R"({"base64":"a*b"})", R"({"deep":[1,"two"]})"}) {
+    const auto defaults = make("{\"one\": " + kept + "}");
+    EXPECT_EQ(told(*defaults, one), "") << kept;
+    defaults->setBoolean(other, true);
+    std::string text = readFile(*files, path);
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
+    EXPECT_EQ(text, "{\"one\":" + kept + ",\"other\":true}");
+    path = folder / (std::to_string(std::hash<std::string>()(kept)) + ".json");
   }
 }
 
 TEST_F(JsonDefaults, ADamagedFileReadsAsEmptyAndIsReplaced) {
-  for (const char* text : {"", "{", "[1, 2]", "\xFF\xFE\x00", "{\"integer\": 1} trailing"}) {
-    const auto defaults = make(text);
-    EXPECT_EQ(defaults->integer(key("integer")), std::nullopt) << text;
-    defaults->setInteger(key("integer"), 2);
-    EXPECT_EQ(defaults->integer(key("integer")), 2) << text;
-    EXPECT_THAT(readFile(*files, path), ::testing::HasSubstr("\"integer\": 2"));
-    path = folder / (std::to_string(std::hash<std::string>()(text)) + ".json");
+  for (const std::string damaged : {"", "{", "[1, 2]", "{\"one\": 1} trailing"}) {
+    const auto defaults = make(damaged);
+    EXPECT_EQ(told(*defaults, one), "") << damaged;
+    defaults->setInteger(one, 2);
+    EXPECT_THAT(readFile(*files, path), HasSubstr("\"one\": 2"));
+    path = folder / (std::to_string(std::hash<std::string>()(damaged)) + ".json");
   }
 }
 
@@ -129,16 +98,15 @@ TEST_F(JsonDefaults, APipeInTheirPlaceIsNeitherWaitedForNorReplaced) {
   files->makeFolder(path.parent_path());
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
   const auto defaults = make();
-  EXPECT_EQ(defaults->integer(key("integer")), std::nullopt);
-  defaults->setInteger(key("integer"), 2);
-  EXPECT_EQ(defaults->integer(key("integer")), 2);
+  defaults->setInteger(one, 2);
+  EXPECT_EQ(told(*defaults, one), "r:2 i:2 ");
   EXPECT_EQ(files->status(path).kind, FileKind::other);
 }
 
 TEST_F(JsonDefaults, TheUsersFileLiesInTheConfigurationFolder) {
-  makeUserDefaults()->setInteger(key("probe"), 5);
+  makeUserDefaults()->setInteger(one, 5);
   const Path configuration = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation).toStdString();
-  EXPECT_THAT(readFile(*files, configuration / "tamboro/tamboro.json"), ::testing::HasSubstr("\"probe\": 5"));
+  EXPECT_THAT(readFile(*files, configuration / "tamboro/tamboro.json"), HasSubstr("\"one\": 5"));
 }
 
 }  // namespace

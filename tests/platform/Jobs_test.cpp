@@ -8,14 +8,11 @@
 
 #include "platform/RepeatingTimer.h"
 #include "platform/ThreadJobs.h"
-#include "support/HandJobs.h"
-#include "support/HandTimers.h"
 
 namespace tamboro::test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class ThreadJobs : public ::testing::Test {
  protected:
@@ -28,36 +25,27 @@ class ThreadJobs : public ::testing::Test {
   }
 };
 
-TEST_F(ThreadJobs, WorkRunsElsewhereAndItsEndOnTheMainThread) {
+TEST_F(ThreadJobs, RunSideBySideElsewhereAndEndOnTheMainThreadWithoutWhatTheyHeld) {
   QThread* const mainThread = QThread::currentThread();
   QThread* workThread = nullptr;
-  int result = 0;
+  std::promise<void> secondHasEnded;
+  auto held = std::make_shared<int>(1);
+  const std::weak_ptr<int> watch = held;
   jobs->start(
-      [&] {
+      [&, held = std::move(held)] {
         workThread = QThread::currentThread();
-        result = 42;
+        secondHasEnded.get_future().wait();
       },
-      [&] {
-        EXPECT_EQ(QThread::currentThread(), mainThread);
-        ends.push_back(result);
-      });
-  EXPECT_THAT(ends, IsEmpty());
-  processUntilEnds(1);
-  EXPECT_THAT(ends, ElementsAre(42));
-  EXPECT_NE(workThread, nullptr);
-  EXPECT_NE(workThread, mainThread);
-}
-
-TEST_F(ThreadJobs, JobsRunSideBySideAndEndInTheOrderOfTheirWork) {
-  std::promise<void> secondHasRun;
-  jobs->start([&] { secondHasRun.get_future().wait(); }, [&] { ends.push_back(1); });
+      [&] { ends.push_back(watch.expired() ? 1 : 0); });
   jobs->start([] {},
               [&] {
+                EXPECT_EQ(QThread::currentThread(), mainThread);
                 ends.push_back(2);
-                secondHasRun.set_value();
+                secondHasEnded.set_value();
               });
   processUntilEnds(2);
   EXPECT_THAT(ends, ElementsAre(2, 1));
+  EXPECT_NE(workThread, mainThread);
 }
 
 TEST_F(ThreadJobs, WaitingRunsTheEndsAndWhatTheyStartButNoOtherEvent) {
@@ -72,11 +60,9 @@ TEST_F(ThreadJobs, WaitingRunsTheEndsAndWhatTheyStartButNoOtherEvent) {
                 jobs->start([] {}, [&] { ends.push_back(2); });
               });
   jobs->waitForAll();
-  EXPECT_THAT(ends, ElementsAre(1, 2));
   EXPECT_FALSE(receiver.reached);
   QCoreApplication::processEvents();  // the ends' own events find nothing more to run
   EXPECT_THAT(ends, ElementsAre(1, 2));
-  jobs->waitForAll();
 }
 
 TEST_F(ThreadJobs, OneJobIsWaitedForWithoutTheOthersAndWhatItThrewIsTold) {
@@ -92,7 +78,7 @@ TEST_F(ThreadJobs, OneJobIsWaitedForWithoutTheOthersAndWhatItThrewIsTold) {
   EXPECT_THAT(ends, ElementsAre(2, 1));
 }
 
-TEST_F(ThreadJobs, TheEndWaitsForRunningWorkAndDropsItsEnd) {
+TEST_F(ThreadJobs, TheEndOfAllWaitsForRunningWorkAndDropsItsEnd) {
   bool worked = false;
   jobs->start(
       [&] {
@@ -103,34 +89,7 @@ TEST_F(ThreadJobs, TheEndWaitsForRunningWorkAndDropsItsEnd) {
   jobs.reset();
   EXPECT_TRUE(worked);
   QCoreApplication::processEvents();
-  EXPECT_THAT(ends, IsEmpty());
-}
-
-TEST_F(ThreadJobs, WhatTheWorkHeldIsGoneWhenItsEndRuns) {
-  auto held = std::make_shared<int>(1);
-  const std::weak_ptr<int> watch = held;
-  jobs->start([held = std::move(held)] {}, [&] { ends.push_back(watch.expired() ? 1 : 0); });
-  processUntilEnds(1);
-  EXPECT_THAT(ends, ElementsAre(1));
-}
-
-TEST(HandJobs, RunAndDeliverWhenTold) {
-  HandJobs jobs;
-  std::vector<std::string> events;
-  const auto start = [&](const std::string& name) {
-    jobs.start([&events, name] { events.push_back("work " + name); },
-               [&events, name] { events.push_back("done " + name); });
-  };
-  start("a");
-  start("b");
-  EXPECT_FALSE(jobs.deliver());
-  EXPECT_TRUE(jobs.runWork());
-  EXPECT_TRUE(jobs.runWork());
-  EXPECT_FALSE(jobs.runWork());
-  EXPECT_TRUE(jobs.deliver());
-  EXPECT_THAT(events, ElementsAre("work a", "work b", "done a"));
-  jobs.waitForAll();
-  EXPECT_EQ(events.back(), "done b");
+  EXPECT_THAT(ends, ElementsAre());
 }
 
 TEST(Timers, TickAgainAndAgainUntilTheyAreDestroyed) {
@@ -140,11 +99,8 @@ TEST(Timers, TickAgainAndAgainUntilTheyAreDestroyed) {
   timer = timers->repeat(0.001, [&] {
     if (++ticks == 3) timer.reset();  // from its own tick
   });
-  EXPECT_EQ(ticks, 0);
   while (timer)
     QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  QThread::msleep(5);
-  QCoreApplication::processEvents();
   EXPECT_EQ(ticks, 3);
 }
 
@@ -153,29 +109,11 @@ TEST(Timers, OddPeriodsDoNotTickAtOnce) {
   const auto timers = makeEventLoopTimers();
   int ticks = 0;
   std::vector<std::unique_ptr<RepeatingTimer>> running;
-  for (const double seconds : {0.0, -0.0, -30.0, std::numeric_limits<double>::quiet_NaN(),
-                               std::numeric_limits<double>::infinity(), 1e12, 2147483.9, 1e300}) {
+  for (const double seconds : {0.0, -30.0, std::numeric_limits<double>::quiet_NaN(), 2147483.9, 1e300})
     running.push_back(timers->repeat(seconds, [&] { ++ticks; }));
-  }
   QThread::msleep(5);
-  for (int turn = 0; turn < 10; ++turn)
-    QCoreApplication::processEvents();
+  QCoreApplication::processEvents();
   EXPECT_EQ(ticks, 0);
-}
-
-TEST(HandTimers, TickWhatRuns) {
-  HandTimers timers;
-  int ticks = 0;
-  auto first = timers.repeat(30, [&] { ++ticks; });
-  const auto second = timers.repeat(-1, [&] {
-    ticks += 10;
-    first.reset();
-  });
-  EXPECT_THAT(timers.periods(), ElementsAre(30.0, -1.0));
-  timers.tick();
-  timers.tick();
-  EXPECT_EQ(ticks, 21);
-  EXPECT_THAT(timers.periods(), ElementsAre(-1.0));
 }
 
 }  // namespace

@@ -3,10 +3,8 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
-#include "platform/FolderBookmark.h"
 #include "support/TemporaryFolder.h"
 #include "support/Tree.h"
 
@@ -22,25 +20,22 @@ class RealFileSystem : public ::testing::Test {
 // A pipe without a writer would block, one with a writer would lose bytes, /dev/zero has no end.
 TEST_F(RealFileSystem, NeitherReadsNorWaitsForPipesAndDevices) {
   const Path pipe = folder / "pipe";
-  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
   const Path fed = folder / "fed";
-  ASSERT_EQ(::mkfifo(fed.c_str(), 0600), 0);
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600) + ::mkfifo(fed.c_str(), 0600), 0);
   const int writer = ::open(fed.c_str(), O_RDWR | O_CLOEXEC);
-  ASSERT_EQ(::write(writer, "bytes", 5), 5);
+  char buffer[8] = "bytes";
+  ASSERT_EQ(::write(writer, buffer, 5), 5);
   for (const Path& path : {pipe, fed, Path("/dev/zero")}) {
     std::string content;
     EXPECT_EQ(files->status(path).kind, FileKind::other) << path;
     EXPECT_THROW(files->read(path, content), FileError) << path;
-    EXPECT_THROW(files->open(path), FileError) << path;
     EXPECT_THROW(files->rooted(path), FileError) << path;
   }
-  char buffer[8];
   EXPECT_EQ(::read(writer, buffer, sizeof buffer), 5);
   ::close(writer);
 }
 
 TEST_F(RealFileSystem, ReadsFilesWhoseSizeIsNotTold) {
-  EXPECT_EQ(files->status("/proc/self/status").size, 0U);
   EXPECT_THAT(readFile(*files, "/proc/self/status"), ::testing::HasSubstr("VmSize"));
 }
 
@@ -49,17 +44,6 @@ TEST_F(RealFileSystem, RootedResolvesWhereItsFolderIsNow) {
   const auto card = files->rooted(folder / "card");
   files->rename(folder / "card", folder / "moved");
   EXPECT_EQ(card->resolved("KIT"), folder / "moved/KIT");
-  EXPECT_EQ(card->resolved({}), folder / "moved");
-}
-
-TEST_F(RealFileSystem, PassesOnWhatPermissionsRefuse) {
-  if (::geteuid() == 0) GTEST_SKIP() << "root may enter everything";
-  const Path locked = folder / "locked";
-  files->makeFolder(locked);
-  ASSERT_EQ(::chmod(locked.c_str(), 0), 0);
-  EXPECT_THROW(files->status(locked / "file"), FileError);
-  EXPECT_EQ(resolveBookmark(*files, *makeBookmark(locked)), std::nullopt);
-  ::chmod(locked.c_str(), 0700);
 }
 
 TEST_F(RealFileSystem, ClosesWhatItOpens) {
@@ -73,10 +57,9 @@ TEST_F(RealFileSystem, ClosesWhatItOpens) {
     EXPECT_EQ(readTree(*tree, {}).size(), 2U);
     std::string content;
     EXPECT_THROW(tree->read("a", content), FileError);
-    EXPECT_THROW(tree->open("none"), FileError);
     EXPECT_THROW(tree->list("c"), FileError);
-    files->volumeSerial(folder.path());
-    files->space(folder.path());
+    EXPECT_GE(files->space(folder.path()).clusterSize, 512U);
+    EXPECT_EQ(files->volumeSerial(folder.path()), tree->volumeSerial("a"));
   }
   EXPECT_EQ(openDescriptors(), before);
 }

@@ -13,232 +13,133 @@
 namespace tamboro::test {
 namespace {
 
-using ::testing::Pair;
-using ::testing::UnorderedElementsAre;
-
-QString text(const char* latin) {
-  return QString::fromLatin1(latin);
-}
-
-/// A store of numbers whose edits register undo the way every record's does.
-struct Numbers {
+/// A store of two numbers whose edits register undo the way every record's does.
+class Undo : public ::testing::Test {
+ protected:
   UndoManager undoManager;
-  std::map<char, int> values;
+  std::map<char, int> values{{'a', 0}, {'b', 0}};
 
   void set(char key, int value) {
     const int before = std::exchange(values[key], value);
     undoManager.registerUndo([this, key, before] { set(key, before); });
-    undoManager.setActionName(text(key == 'a' ? "Change A" : "Change B"));
+    undoManager.setActionName(QString(QChar::fromLatin1(key)));
+  }
+  /// Both values, then the names of what can be undone and redone.
+  std::string told() const {
+    const auto name = [](bool can, const QString& text) { return can ? text.toStdString() : "-"; };
+    return std::to_string(values.at('a')) + std::to_string(values.at('b')) + " " +
+           name(undoManager.canUndo(), undoManager.undoActionName()) +
+           name(undoManager.canRedo(), undoManager.redoActionName());
   }
 };
 
-TEST(UndoManager, UndoesATurnAsAWholeAndRedoesIt) {
-  Numbers numbers;
-  UndoManager& undoManager = numbers.undoManager;
-  numbers.set('a', 1);
+TEST_F(Undo, TakesATurnBackAsAWholeAndRedoesIt) {
+  set('a', 1);
   undoManager.endTurn();
-  numbers.set('b', 2);
-  numbers.set('a', 3);
-  numbers.set('a', 4);
-  undoManager.endTurn();
-  EXPECT_EQ(undoManager.undoActionName(), text("Change A"));
-
+  undoManager.endTurn();  // an empty turn leaves nothing
+  set('b', 2);
+  set('b', 3);
+  set('a', 4);
+  EXPECT_EQ(told(), "43 a-");
+  undoManager.undo();          // and ends the turn
+  EXPECT_EQ(told(), "10 ab");  // named by the handler that ran last
   undoManager.undo();
-  EXPECT_THAT(numbers.values, UnorderedElementsAre(Pair('a', 1), Pair('b', 0)));
-  EXPECT_TRUE(undoManager.canRedo());
-  undoManager.undo();
-  EXPECT_THAT(numbers.values, UnorderedElementsAre(Pair('a', 0), Pair('b', 0)));
-  EXPECT_FALSE(undoManager.canUndo());
+  EXPECT_EQ(told(), "00 -a");
   undoManager.undo();
   undoManager.redo();
   undoManager.redo();
-  EXPECT_THAT(numbers.values, UnorderedElementsAre(Pair('a', 4), Pair('b', 2)));
-  EXPECT_FALSE(undoManager.canRedo());
+  EXPECT_EQ(told(), "43 a-");
   undoManager.undo();
-  EXPECT_EQ(numbers.values['a'], 1);
-}
-
-TEST(UndoManager, UndoAndRedoCloseTheOpenGroup) {
-  Numbers numbers;
-  numbers.set('a', 1);
-  numbers.undoManager.undo();
-  EXPECT_EQ(numbers.values['a'], 0);
-  numbers.undoManager.redo();
-  EXPECT_EQ(numbers.values['a'], 1);
-  numbers.set('a', 2);
-  numbers.undoManager.redo();  // nothing to redo, but the group is closed
-  numbers.set('a', 3);
-  numbers.undoManager.undo();
-  EXPECT_EQ(numbers.values['a'], 2);
-}
-
-TEST(UndoManager, ANewEditEmptiesTheRedoStackAndEmptyTurnsLeaveNothing) {
-  Numbers numbers;
-  UndoManager& undoManager = numbers.undoManager;
-  undoManager.endTurn();
-  undoManager.setActionName(text("nothing to name"));
-  undoManager.endTurn();
-  EXPECT_FALSE(undoManager.canUndo());
-  numbers.set('a', 1);
+  set('b', 5);
+  EXPECT_EQ(told(), "15 b-");
+  undoManager.redo();  // nothing to redo, but the turn is over
+  set('b', 6);
   undoManager.undo();
+  EXPECT_EQ(told(), "15 bb");
+}
+
+TEST_F(Undo, HandlersThatRegisterNothingOrUndoThemselvesSpendTheirStepOnly) {
+  set('a', 1);
   undoManager.endTurn();
-  EXPECT_TRUE(undoManager.canRedo());
-  EXPECT_EQ(undoManager.redoActionName(), text("Change A"));
-  numbers.set('b', 1);
-  EXPECT_FALSE(undoManager.canRedo());
-  EXPECT_EQ(undoManager.redoActionName(), QString());
-  undoManager.undo();
-  EXPECT_FALSE(undoManager.canUndo());
-}
-
-TEST(UndoManager, TheLastNameOfATurnNamesIt) {
-  Numbers numbers;
-  numbers.set('a', 1);
-  numbers.set('b', 1);
-  EXPECT_EQ(numbers.undoManager.undoActionName(), text("Change B"));
-  numbers.undoManager.endTurn();
-  numbers.undoManager.undo();
-  // The handlers ran in reverse order, and the last of them named the step.
-  EXPECT_EQ(numbers.undoManager.redoActionName(), text("Change A"));
-}
-
-TEST(UndoManager, AHandlerThatRegistersNothingSpendsItsStep) {
-  UndoManager undoManager;
-  undoManager.registerUndo([] {});
-  undoManager.undo();
-  EXPECT_FALSE(undoManager.canUndo());
-  EXPECT_FALSE(undoManager.canRedo());
-}
-
-TEST(UndoManager, HandlersThatEndTurnsOrUndoThemselvesChangeNothing) {
-  Numbers numbers;
-  UndoManager& undoManager = numbers.undoManager;
-  numbers.set('a', 1);
-  undoManager.endTurn();
-  undoManager.registerUndo([&] {
+  undoManager.registerUndo([this] {
     undoManager.undo();
     undoManager.redo();
     undoManager.endTurn();
-    undoManager.registerUndo([] {});
   });
   undoManager.undo();
-  EXPECT_EQ(numbers.values['a'], 1);
-  EXPECT_TRUE(undoManager.canUndo());
-  EXPECT_TRUE(undoManager.canRedo());
+  EXPECT_EQ(told(), "10 a-");
 }
 
-TEST(UndoManager, TellsItsMenuOfEveryChange) {
-  Numbers numbers;
-  UndoManager& undoManager = numbers.undoManager;
-  QString undoName = text("-");
-  QString redoName = text("-");
-  QObject::connect(&undoManager, &UndoManager::changed, [&] {
-    undoName = undoManager.undoActionName();
-    redoName = undoManager.redoActionName();
-  });
-  numbers.set('b', 1);
-  numbers.set('a', 1);
-  EXPECT_EQ(undoName, text("Change A"));
+TEST_F(Undo, TellsItsMenuOfEveryChange) {
+  std::string seen;
+  QObject::connect(&undoManager, &UndoManager::changed, [&] { seen = told(); });
+  set('b', 1);
+  set('a', 1);
+  EXPECT_EQ(seen, told());
   undoManager.undo();
-  EXPECT_EQ(undoName, QString());
-  EXPECT_EQ(redoName, text("Change B"));
+  EXPECT_EQ(seen, told());
   undoManager.redo();
-  EXPECT_EQ(redoName, QString());
+  EXPECT_EQ(seen, told());
 }
 
-/// Counts up once or more for each event it gets.
-class Counter : public QObject {
- public:
-  Numbers numbers;
-  EventTurns turns{numbers.undoManager};
-  int editsPerEvent = 1;
+/// Counts up twice for each event it gets.
+class Turns : public Undo {
+ protected:
+  struct Counter : QObject {
+    Turns* test;
+    bool event(QEvent* event) override {
+      test->count();
+      test->count();
+      return QObject::event(event);
+    }
+  } counter;
+  EventTurns turns{undoManager};
 
-  void count() {
-    for (int edit = 0; edit < editsPerEvent; ++edit)
-      numbers.set('a', numbers.values['a'] + 1);
-  }
-  void post(QEvent::Type type) { QCoreApplication::postEvent(this, new QEvent(type)); }
-  bool event(QEvent* event) override {
-    count();
-    return QObject::event(event);
+  Turns() { counter.test = this; }
+  void count() { set('a', values['a'] + 1); }
+  void post(QEvent::Type type) { QCoreApplication::postEvent(&counter, new QEvent(type)); }
+  int undone() {
+    undoManager.undo();
+    return values['a'];
   }
 };
 
-TEST(EventTurns, EachQueuedInputEventIsAStepOfItsOwn) {
+TEST_F(Turns, EachQueuedInputEventIsAStepOfItsOwn) {
   for (const QEvent::Type type : {QEvent::KeyPress, QEvent::MouseButtonPress, QEvent::MouseMove, QEvent::Wheel,
                                   QEvent::Drop, QEvent::Shortcut, QEvent::TouchUpdate, QEvent::ContextMenu}) {
-    Counter counter;
-    counter.editsPerEvent = 2;
-    counter.post(type);
-    counter.post(type);
+    post(type);
+    post(QEvent::FocusOut);  // no turn: it joins the one before
+    post(type);
     QCoreApplication::sendPostedEvents();
-    EXPECT_EQ(counter.numbers.values['a'], 4);
-    counter.numbers.undoManager.undo();
-    EXPECT_EQ(counter.numbers.values['a'], 2) << "event type " << type;
-    counter.numbers.undoManager.undo();
-    EXPECT_EQ(counter.numbers.values['a'], 0) << "event type " << type;
+    EXPECT_EQ(undone(), 4) << "event type " << type;
+    EXPECT_EQ(undone(), 0) << "event type " << type;
   }
 }
 
-TEST(EventTurns, EventsThatAreNoTurnJoinTheOneBefore) {
-  Counter counter;
-  counter.post(QEvent::KeyPress);
-  counter.post(QEvent::FocusOut);
-  QCoreApplication::sendPostedEvents();
-  counter.numbers.undoManager.undo();
-  EXPECT_EQ(counter.numbers.values['a'], 0);
-}
-
-TEST(EventTurns, QueuedCallsAndTicksAreTurns) {
-  Counter counter;
+TEST_F(Turns, QueuedCallsAndTicksAreTurns) {
   QObject quiet;  // the counter itself would count the events as well
   for (int call = 0; call < 2; ++call) {
     QMetaObject::invokeMethod(
-        &quiet, [&] { counter.count(); }, Qt::QueuedConnection);
+        &quiet, [&] { count(); }, Qt::QueuedConnection);
   }
   QCoreApplication::sendPostedEvents();
   QTimer timer;
-  QObject::connect(&timer, &QTimer::timeout, [&] { counter.count(); });
+  QObject::connect(&timer, &QTimer::timeout, [&] { count(); });
   timer.start(0);
-  while (counter.numbers.values['a'] < 4)
+  while (values['a'] < 4)
     QCoreApplication::processEvents();
-  for (int left = 3; left >= 0; --left) {
-    counter.numbers.undoManager.undo();
-    EXPECT_EQ(counter.numbers.values['a'], left);
-  }
+  for (int left = 3; left >= 0; --left)
+    EXPECT_EQ(undone(), left);
 }
 
-TEST(EventTurns, TheTurnEndsBeforeTheLoopSleeps) {
-  Counter counter;
-  counter.count();
+TEST_F(Turns, TheTurnEndsBeforeTheLoopSleeps) {
+  count();
   // Nothing that is delivered ends the turn here: the loop only wants to sleep.
   QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &counter,
                    &QCoreApplication::quit);
   QCoreApplication::exec();
-  counter.count();
-  counter.numbers.undoManager.undo();
-  EXPECT_EQ(counter.numbers.values['a'], 1);
-}
-
-TEST(EventTurns, AnEventSentOnWhileItIsHandledLosesNoEdit) {
-  Counter counter;
-  Counter parent;
-  counter.post(QEvent::KeyPress);
-  struct Passing : QObject {
-    QObject* to;
-    bool eventFilter(QObject*, QEvent* event) override {
-      QCoreApplication::sendEvent(to, event);
-      return false;
-    }
-  } passing;
-  passing.to = &parent;
-  counter.installEventFilter(&passing);
-  QCoreApplication::sendPostedEvents();
-  for (Counter* each : {&counter, &parent}) {
-    EXPECT_EQ(each->numbers.values['a'], 1);
-    each->numbers.undoManager.undo();
-    EXPECT_EQ(each->numbers.values['a'], 0);
-  }
+  count();
+  EXPECT_EQ(undone(), 1);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "make_card/SampleTable.h"
 #include "model/FXTypeDef.h"
 #include "model/Keys.h"
+#include "model/PadSetting.h"
 #include "model/Wave.h"
 #include "model/WaveListIndex.h"
 
@@ -174,23 +175,23 @@ class KitWriter {
   void writePad(SpdText& text, int kit, int pad, Random& random) const {
     const bool layered = random.oneIn(4);
     text.open(elements::pad);
-    text.leaf(elements::wave, soundOf(kit, pad, random));
-    text.leaf(elements::subWave, layered ? drawFrom(all_, random) : noWave);
-    text.leaf(elements::waveLevel, random.between(60, 100));
-    text.leaf(elements::wavePan, random.between(8, 22));
-    text.leaf(elements::subWaveLevel, layered ? 80 : 100);
-    text.leaf(elements::subWavePan, 15);
+    text.leaf(padSetting("padSound").leaf, soundOf(kit, pad, random));
+    text.leaf(padSetting("subSound").leaf, layered ? drawFrom(all_, random) : noWave);
+    text.leaf(padSetting("padVolume").leaf, random.between(60, 100));
+    text.leaf(padSetting("padPan").leaf, random.between(8, 22));
+    text.leaf(padSetting("subVolume").leaf, layered ? 80 : 100);
+    text.leaf(padSetting("subPan").leaf, 15);
     text.leaf("PadLinkGrp", 0);
-    text.leaf(elements::note, 60 + pad);
-    text.leaf(elements::muteGroup, padTags.at(static_cast<std::size_t>(pad)) == hat ? 1 : 0);
-    text.leaf(elements::voiceAssign, random.oneIn(3) ? 0 : 1);
-    text.leaf(elements::triggerType, random.oneIn(5) ? 1 : 0);
-    text.leaf(elements::outputAssign, random.between(0, 4));
-    text.leaf(elements::midiChannel, random.oneIn(4) ? random.between(1, 16) : -1);
-    text.leaf(elements::loop, padTags.at(static_cast<std::size_t>(pad)) == loop ? 1 : 0);
-    text.leaf(elements::tempoSync, random.oneIn(6) ? 1 : 0);
-    text.leaf(elements::dynamics, random.oneIn(3) ? 0 : 1);
-    text.leaf(elements::reverse, random.oneIn(12) ? 1 : 0);
+    text.leaf(padSetting("note").leaf, 60 + pad);
+    text.leaf(padSetting("muteGroup").leaf, padTags.at(static_cast<std::size_t>(pad)) == hat ? 1 : 0);
+    text.leaf(padSetting("poly").leaf, random.oneIn(3) ? 0 : 1);
+    text.leaf(padSetting("triggerType").leaf, random.oneIn(5) ? 1 : 0);
+    text.leaf(padSetting("output").leaf, random.between(0, 4));
+    text.leaf(padSetting("midiChannel").leaf, random.oneIn(4) ? random.between(1, 16) : -1);
+    text.leaf(padSetting("loop").leaf, padTags.at(static_cast<std::size_t>(pad)) == loop ? 1 : 0);
+    text.leaf(padSetting("tempoSync").leaf, random.oneIn(6) ? 1 : 0);
+    text.leaf(padSetting("dynamics").leaf, random.oneIn(3) ? 0 : 1);
+    text.leaf(padSetting("reverse").leaf, random.oneIn(12) ? 1 : 0);
     text.leaf("FadeTime", random.between(0, 9));
     text.close();
   }

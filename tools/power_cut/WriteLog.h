@@ -31,7 +31,7 @@ class WriteLog {
     if (head.magic != 0x6A736677736872U) throw std::runtime_error("no log of dm-log-writes");
     left_ = head.entries;
     sector_ = head.sector;
-    stream_.seekg(sector_);
+    stream_.seekg(static_cast<std::streamoff>(sector_));
   }
 
   std::optional<Item> next() {

@@ -27,7 +27,7 @@ std::vector<Path> entriesOf(const FileSystem& card, const Path& folder) {
 
 std::vector<Path> documentsIn(const FileSystem& card, const Path& folder) {
   std::vector<Path> files = entriesOf(card, folder);
-  std::erase_if(files, [](const Path& file) { return file.extension() != ".spd"; });
+  std::erase_if(files, [](const Path& file) { return !cardpaths::isDocument(file); });
   return files;
 }
 

@@ -69,8 +69,9 @@ void backup(const FileSystem& card, FileSystem& files, const Path& root, const P
   refuseOverlap(files, root, destination);
   Path place = destination.lexically_normal();
   if (!place.has_filename()) place = place.parent_path();
-  const Path made = place.native() + ".new";
-  const Path former = place.native() + ".old";
+  // Under names that nobody gives: "Tamboro Backup.old" may be a copy that the user keeps.
+  const Path made = place.parent_path() / (".tamboro-new-" + place.filename().native());
+  const Path former = place.parent_path() / (".tamboro-old-" + place.filename().native());
   refuseOverlap(files, root, made);
   refuseOverlap(files, root, former);
   const auto exists = [&](const Path& path) { return files.entryStatus(path).kind != FileKind::none; };

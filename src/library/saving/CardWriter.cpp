@@ -49,10 +49,15 @@ void syncFolder(const FileSystem& card, const Path& folder) {
   card.open(folder)->sync();
 }
 
-// The removed file, still open; nothing where none is there.
-std::unique_ptr<OpenFile> removeHeld(FileSystem& card, const Path& path) {
+// The removed file, still open; nothing where none is there. A link that was read as a record stays one at the next
+// load, and is left to the user as a save leaves it.
+std::unique_ptr<OpenFile> removeHeld(FileSystem& card, const Path& path, bool isParameterFile) {
   try {
-    if (card.entryStatus(path).kind != FileKind::regular) return nullptr;
+    const FileKind kind = card.entryStatus(path).kind;
+    if (isParameterFile && kind == FileKind::other) {
+      throw FileError(std::make_error_code(std::errc::operation_not_permitted), path);
+    }
+    if (kind != FileKind::regular) return nullptr;
     std::unique_ptr<OpenFile> file = card.open(path);
     card.removeFile(path);
     return file;
@@ -81,7 +86,7 @@ FailedRemovals carryOutRemovals(FileSystem& card, const std::vector<PlannedRemov
       held.clear();
     }
     try {
-      if (std::unique_ptr<OpenFile> file = removeHeld(card, path)) {
+      if (std::unique_ptr<OpenFile> file = removeHeld(card, path, isParameterFile)) {
         held.push_back(std::move(file));
         changed = folderOf(path);
       }
@@ -297,6 +302,7 @@ void BatchWriter::putInPlace() {
   const auto& files = batch_->files;
   for (; filesMoved_ < files.size(); ++filesMoved_) {
     if (filesMoved_ > 0 && files[filesMoved_].group != files[filesMoved_ - 1].group) barrier();
+    ++progress_.placed;
     card_.rename(temporaryFile(filesMoved_), files[filesMoved_].path);
     writeBackInTime();
   }

@@ -9,7 +9,7 @@
 namespace tamboro {
 
 /// The numbers of the deletions that couldn't be carried out whole, and why the first couldn't. Nothing that stands
-/// there, or something that is no file, is no failure.
+/// there, or something that is no file, is no failure; a link in the place of a parameter file is one.
 struct FailedRemovals {
   std::set<std::uint64_t> deletions;
   std::exception_ptr error;

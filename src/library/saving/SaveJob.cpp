@@ -1,5 +1,7 @@
 #include "library/saving/SaveJob.h"
 
+#include <algorithm>
+
 #include "library/contents/CardCheck.h"
 #include "library/saving/Backup.h"
 #include "library/saving/CardWriter.h"
@@ -19,7 +21,7 @@ void backUpQuietly(const SaveSnapshot& snapshot, const FileSystem& card, FileSys
 
 SaveAttempt attemptOf(const SavePlan& plan) {
   SaveAttempt attempt;
-  for (const PlannedFile& file : plan.files) {
+  for (const PlannedFile& file : plan.files) {  // in its order, the lists last
     const auto* bytes = std::get_if<std::string>(&file.content);
     if (file.group != FileGroup::lists)
       attempt.written.emplace_back(file.path, bytes ? contentHash(*bytes) : KnownFiles::anyContent);
@@ -44,9 +46,18 @@ ExportResult saveJob(const SaveSnapshot& snapshot, FileSystem& files, SaveAttemp
 
   if (snapshot.backupBeforeSave) backUpQuietly(snapshot, *card, files);
   attempt = attemptOf(plan);
-  FailedRemovals failed = writeToCard(*card, files, plan, progress);
-  result.failedDeletions = std::move(failed.deletions);
-  result.deletionError = failed.error;
+  SaveProgress unwatched;
+  SaveProgress& told = progress != nullptr ? *progress : unwatched;
+  FailedRemovals failed;
+  try {
+    failed = writeToCard(*card, files, plan, &told);
+  } catch (...) {
+    // What wasn't come to isn't ours: by the next save another program can have put a file of its own there.
+    attempt.written.resize(std::min<std::size_t>(attempt.written.size(), told.placed));
+    throw;
+  }
+  result.failedDeletions.merge(failed.deletions);
+  if (!result.deletionError) result.deletionError = failed.error;
   return result;
 }
 

@@ -8,8 +8,8 @@
 
 namespace tamboro {
 
-/// What a save is about to do to the card's parameter files, and to audio as `KnownFiles::anyContent`. Where the save
-/// fails half way, the card holds some of it.
+/// What a save does to the card's parameter files, and to audio as `KnownFiles::anyContent`. Where the save fails half
+/// way, what it may have put in place; then the card holds some of the removals.
 struct SaveAttempt {
   std::vector<std::pair<Path, ContentHash>> written;
   std::vector<std::pair<Path, std::uint64_t>> removed;  ///< with the number of the deletion

@@ -4,9 +4,11 @@
 #include <map>
 #include <span>
 
+#include "card/SpdParseError.h"
 #include "library/CardPaths.h"
 #include "library/FileCopy.h"
 #include "model/WaveListIndex.h"
+#include "text/Unicode.h"
 
 namespace tamboro {
 namespace {
@@ -26,6 +28,11 @@ template<typename Docs>
 const SpdDocument* find(const Docs& docs, std::int64_t key) {
   const auto found = docs.find(key);
   return found == docs.end() ? nullptr : &found->second;
+}
+
+// A sample that was deleted before a save of ours came to its file: what stands there now is somebody else's.
+bool isUnbegun(const SaveSnapshot& snapshot, const Wave& deleted, const Path& file) {
+  return deleted.isPending && !snapshot.known.isKnown(file);
 }
 
 // What the remaining samples need below WAVE/DATA, as file keys.
@@ -59,6 +66,12 @@ DeletedAudio lookAt(const FileSystem& card, const Path& file, std::uint64_t dele
   return audio;
 }
 
+// Whether a failure to look at a path tells that no file can stand there: paths of audio are free text.
+bool isNoPath(const FileError& error) {
+  return error.code() == std::errc::filename_too_long || error.code() == std::errc::too_many_symbolic_link_levels ||
+         error.code() == std::errc::invalid_argument || error.code() == std::errc::illegal_byte_sequence;
+}
+
 // The files that the remaining samples name, under whatever name that is.
 std::set<FileIdentity> identitiesInUse(const FileSystem& card, std::span<const Wave> waves) {
   std::set<FileIdentity> identities;
@@ -68,8 +81,8 @@ std::set<FileIdentity> identitiesInUse(const FileSystem& card, std::span<const W
     try {
       const FileStatus status = card.status(*file);
       if (status.kind == FileKind::regular) identities.insert(status.identity);
-    } catch (const FileError&) {
-      // A path is free text, and one that no volume can hold is no file; its text was compared all the same.
+    } catch (const FileError& error) {
+      if (!isNoPath(error)) throw;  // its text was compared all the same
     }
   }
   return identities;
@@ -79,29 +92,78 @@ std::set<FileIdentity> identitiesInUse(const FileSystem& card, std::span<const W
 bool isOnCard(const FileSystem& card, const Path& file) {
   try {
     return isInside(card.resolved(folderOf(file)), card.resolved({}));
-  } catch (const FileError&) {
-    return false;
+  } catch (const FileError& error) {
+    if (isNoPath(error)) return false;
+    throw;
   }
 }
 
-void addAudioRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePlan& plan) {
-  const std::set<std::string> inUse = audioInUse(snapshot.waves);
+// A folder that isn't there holds nothing; one that can't be listed may hold what is to be found.
+std::vector<std::string> listedIfThere(const FileSystem& card, const Path& folder) {
+  return card.status(folder).kind == FileKind::folder ? card.list(folder) : std::vector<std::string>();
+}
+
+// The audio of samples in these banks that came to the card behind the load, or that the load passes over. A bank that
+// isn't there has none.
+std::set<std::string> audioOfUnreadSamples(const SaveSnapshot& snapshot, const FileSystem& card,
+                                           const std::set<std::int64_t>& banks) {
+  std::set<std::string> keys;
+  std::string bytes;
+  for (const std::int64_t bank : banks) {
+    const Path folder = cardpaths::waveParameterFolder(bank);
+    for (const std::string& name : listedIfThere(card, folder)) {
+      if (lowercased(Path(name).extension().native()) != ".spd" || snapshot.known.isKnown(folder / name)) continue;
+      if (card.entryStatus(folder / name).kind != FileKind::regular) continue;
+      card.read(folder / name, bytes);
+      try {
+        const auto file = cardpaths::audioFile({bank, 0, SpdDocument::parse(bytes).root, false, false});
+        if (file) keys.insert(fileKey(*file));
+      } catch (const SpdParseError&) {
+        // Names no audio.
+      }
+    }
+  }
+  return keys;
+}
+
+// Where it can't be told whose a deleted sample's audio is, the sample stays as a whole and its deletion has failed.
+void addAudioRemovals(const SaveSnapshot& snapshot, const FileSystem& card, const std::set<std::int64_t>& banks,
+                      SavePlan& plan, ExportResult& result) {
+  std::set<std::string> inUse = audioInUse(snapshot.waves);
+  inUse.merge(audioOfUnreadSamples(snapshot, card, banks));
+  const auto leave = [&](std::uint64_t deletion) {
+    result.failedDeletions.insert(deletion);
+    if (!result.deletionError) result.deletionError = std::current_exception();
+  };
   std::vector<DeletedAudio> deleted;
   const auto addUnused = [&] {
     const bool anyThere = std::ranges::any_of(deleted, [](const DeletedAudio& audio) { return audio.held != nullptr; });
-    const auto identities = anyThere ? identitiesInUse(card, snapshot.waves) : std::set<FileIdentity>();
-    for (const DeletedAudio& audio : deleted) {
-      if (!audio.held || !identities.contains(audio.identity)) plan.removals.push_back({audio.file, audio.deletion});
+    try {
+      const auto identities = anyThere ? identitiesInUse(card, snapshot.waves) : std::set<FileIdentity>();
+      for (const DeletedAudio& audio : deleted) {
+        if (!audio.held || !identities.contains(audio.identity)) plan.removals.push_back({audio.file, audio.deletion});
+      }
+    } catch (const FileError&) {
+      for (const DeletedAudio& audio : deleted)
+        leave(audio.deletion);
     }
     deleted.clear();
   };
   for (const auto& [number, wave] : snapshot.deletions) {
     const auto file = cardpaths::audioFile(wave);
-    if (!file || inUse.contains(fileKey(*file)) || !isOnCard(card, *file)) continue;
+    if (!file || inUse.contains(fileKey(*file)) || isUnbegun(snapshot, wave, *file)) continue;
+    try {
+      if (!isOnCard(card, *file)) continue;
+    } catch (const FileError&) {
+      leave(number);
+      continue;
+    }
     deleted.push_back(lookAt(card, *file, number));
     if (deleted.size() == audioHeld) addUnused();
   }
   addUnused();
+  std::erase_if(plan.removals,
+                [&](const PlannedRemoval& removal) { return result.failedDeletions.contains(removal.deletion); });
 }
 
 using BankAndNumber = std::pair<std::int64_t, std::int64_t>;
@@ -109,10 +171,10 @@ using BankAndNumber = std::pair<std::int64_t, std::int64_t>;
 // The files that a load takes for samples of these banks, besides those under the name that a save writes.
 std::multimap<BankAndNumber, Path> filesUnderOtherNames(const FileSystem& card, const std::set<std::int64_t>& banks) {
   std::multimap<BankAndNumber, Path> files;
-  for (const std::string& folder : listedOrNone(card, cardpaths::waveParameterRoot())) {
+  for (const std::string& folder : listedIfThere(card, cardpaths::waveParameterRoot())) {
     const auto bank = cardpaths::bankOfFolder(folder);
     if (!bank || !banks.contains(*bank)) continue;
-    for (const std::string& name : listedOrNone(card, cardpaths::waveParameterRoot() / folder)) {
+    for (const std::string& name : listedIfThere(card, cardpaths::waveParameterRoot() / folder)) {
       const auto number = cardpaths::numberOfWaveFile(name);
       Path file = cardpaths::waveParameterRoot() / folder / name;
       if (number && file != cardpaths::waveParameterFile(*bank, *number)) {
@@ -123,7 +185,7 @@ std::multimap<BankAndNumber, Path> filesUnderOtherNames(const FileSystem& card, 
   return files;
 }
 
-void addSampleRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePlan& plan) {
+void addSampleRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePlan& plan, ExportResult& result) {
   if (snapshot.deletions.empty()) return;
   std::set<std::int64_t> banks;
   for (const auto& [number, wave] : snapshot.deletions)
@@ -137,15 +199,16 @@ void addSampleRemovals(const SaveSnapshot& snapshot, const FileSystem& card, Sav
     // A sample that has got the id since and is on the card has its own parameters there: this deletion failed before.
     // Another one of the same id that was read with it has its own under another name.
     const bool idIsInUse = onCard.contains(wave.id());
-    if (!idIsInUse || snapshot.twinDeletions.contains(number)) {
-      plan.removals.push_back({cardpaths::waveParameterFile(wave.bank, wave.fileNumber), number, true});
+    const Path file = cardpaths::waveParameterFile(wave.bank, wave.fileNumber);
+    if ((!idIsInUse || snapshot.twinDeletions.contains(number)) && !isUnbegun(snapshot, wave, file)) {
+      plan.removals.push_back({file, number, true});
     }
-    if (idIsInUse) continue;
+    if (idIsInUse || wave.isPending) continue;
     const auto [first, end] = others.equal_range({wave.bank, wave.fileNumber});
     for (auto other = first; other != end; ++other)
       plan.removals.push_back({other->second, number, true});
   }
-  addAudioRemovals(snapshot, card, plan);
+  addAudioRemovals(snapshot, card, banks, plan, result);
 }
 
 void addKitRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePlan& plan) {
@@ -158,7 +221,10 @@ void addKitRemovals(const SaveSnapshot& snapshot, const FileSystem& card, SavePl
     const auto deletion = slot ? snapshot.kitDeletions.find(*slot) : snapshot.kitDeletions.end();
     if (deletion == snapshot.kitDeletions.end()) continue;
     Path file = cardpaths::kitFolder() / name;
-    if (!inUse.contains(file)) plan.removals.push_back({std::move(file), deletion->second, true});
+    // A kit that no save had come to has no file: what has its name now is somebody else's.
+    const bool isUnread = file == cardpaths::kitFile(*slot) && !snapshot.known.isKnown(file);
+    if (inUse.contains(file) || isUnread) continue;
+    plan.removals.push_back({std::move(file), deletion->second, true});
   }
 }
 
@@ -248,7 +314,7 @@ SpdDocument tagListDocument(const TagList& tagList, const SpdDocument* stored) {
 
 SavePlan makeSavePlan(const SaveSnapshot& snapshot, const FileSystem& card, ExportResult& result) {
   SavePlan plan;
-  addSampleRemovals(snapshot, card, plan);
+  addSampleRemovals(snapshot, card, plan, result);
   addKitRemovals(snapshot, card, plan);
   addFolders(snapshot, plan);
   addSamples(snapshot, plan, result);

@@ -119,7 +119,10 @@ void SaveRun::applyFailure(OpenCard& card, RecordLives& lives) const {
     card.known.begun(file, content);
   // What it hadn't come to is as new as before.
   std::erase_if(card.begunWaves, [&](WaveId id) {
-    return !card.known.isKnown(cardpaths::waveParameterFile(id / wavesPerBank, id % wavesPerBank));
+    const Wave* wave = card.wave(id);
+    const auto audio = wave ? cardpaths::audioTarget(*wave) : std::nullopt;
+    return !card.known.isKnown(cardpaths::waveParameterFile(id / wavesPerBank, id % wavesPerBank)) &&
+           !(audio && card.known.isKnown(*audio));
   });
   lives.setIdentity(cardNumber_, card.identity());
 }
@@ -135,6 +138,10 @@ void SaveRun::applyKnown(OpenCard& card) const {
 
 /// Takes out what the save has removed, but not what has been deleted since.
 void SaveRun::applyDeletions(OpenCard& card) const {
+  // A new sample that was deleted while the save wrote it is on the card as a whole.
+  for (auto& [number, wave] : card.deletedWaves) {
+    if (!snapshot_.deletions.contains(number) && snapshot_.stagedAudioFiles.contains(wave.id())) wave.isPending = false;
+  }
   const auto isDone = [&](std::uint64_t number) { return !result_->failedDeletions.contains(number); };
   std::erase_if(card.pendingKitDeletions, [&](const auto& deletion) {
     const auto asked = snapshot_.kitDeletions.find(deletion.first);

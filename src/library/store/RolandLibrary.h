@@ -15,7 +15,6 @@
 #include "library/saving/SaveQueue.h"
 #include "library/store/LibraryServices.h"
 #include "library/store/PublishedState.h"
-#include "library/store/SetAllPadField.h"
 #include "model/WaveUsage.h"
 #include "platform/UndoManager.h"
 
@@ -129,10 +128,12 @@ class RolandLibrary : public QObject {
   void setPadSubPan(Slot slot, int pad, double value);
   void setPadNote(Slot slot, int pad, std::int64_t note);
   void setPadPoly(Slot slot, int pad, bool poly);
-  void setPadInteger(Slot slot, int pad, const elements::IntegerLeaf& leaf, std::int64_t value);
-  void setPadFlag(Slot slot, int pad, const elements::IntegerLeaf& leaf, bool on);
+  /// Any setting, cut to the range of its leaf.
+  void setPadInteger(Slot slot, int pad, const PadSetting& setting, std::int64_t value);
+  void setPadFlag(Slot slot, int pad, const PadSetting& setting, bool on);
   void updatePad(Slot slot, int pad, const std::function<void(Pad&)>& change);
-  void applySettingsToAllPads(Slot slot, int source, const std::set<SetAllPadField>& fields);
+  /// Those of the chosen settings that can be applied to all pads.
+  void applySettingsToAllPads(Slot slot, int source, const std::set<const PadSetting*>& chosen);
 
   // Samples. The setters are undoable as "Sound Change". `ImportQueue` tells of the imports.
   void importWave(const Path& source, const std::string& name, std::int64_t tag, Completion done);
@@ -170,7 +171,6 @@ class RolandLibrary : public QObject {
   void restore(const typename Record::Key& key, const typename Record::Value& snapshot);
   template<class Record>
   void registerRestore(const typename Record::Key& key, typename Record::Value snapshot);
-  void editPadLeaf(Slot slot, int pad, const elements::IntegerLeaf& leaf, std::int64_t value);
   void editWaveLeaf(WaveId id, const elements::IntegerLeaf& leaf, std::int64_t value);
 
   template<class Value>

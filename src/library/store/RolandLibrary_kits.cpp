@@ -66,8 +66,8 @@ std::optional<Slot> RolandLibrary::createKit(Slot source, bool blank) {
     elements::kitSubName.write(created.node, {});
     std::vector<Pad> pads = created.pads();
     for (Pad& pad : pads) {
-      elements::wave.write(pad.node, noWave);
-      elements::subWave.write(pad.node, noWave);
+      padSetting("padSound").leaf.write(pad.node, noWave);
+      padSetting("subSound").leaf.write(pad.node, noWave);
     }
     created.applyPads(pads);
   } else {

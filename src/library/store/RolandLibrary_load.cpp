@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "library/CardPaths.h"
 #include "library/FileCopy.h"
 #include "library/LibraryError.h"
 #include "library/contents/CardCheck.h"
@@ -20,9 +21,8 @@ FileKind kindOf(const FileSystem& files, const Path& path) {
 }
 
 bool isCardRoot(const FileSystem& files, const Path& folder) {
-  static const std::array<const char*, 3> parts{"KIT", "WAVE", "SYSTEM"};
-  return std::all_of(parts.begin(), parts.end(),
-                     [&](const char* part) { return kindOf(files, folder / part) != FileKind::none; });
+  const std::array parts{cardpaths::kitFolder(), cardpaths::waveFolder(), cardpaths::systemFolder()};
+  return std::ranges::all_of(parts, [&](const Path& part) { return kindOf(files, folder / part) != FileKind::none; });
 }
 
 std::vector<Path> entries(const FileSystem& files, const Path& folder) {

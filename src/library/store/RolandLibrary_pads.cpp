@@ -1,35 +1,20 @@
-#include <array>
 #include <utility>
 
 #include "library/store/RolandLibrary_edit.h"
 #include "model/Rounding.h"
 
 namespace tamboro {
-namespace {
-
-/// The leaf of each field, in the order of the enumeration.
-constexpr std::array<elements::IntegerLeaf, 11> fieldLeaves{
-    elements::waveLevel,   elements::wavePan,      elements::muteGroup,   elements::loop,
-    elements::tempoSync,   elements::dynamics,     elements::reverse,     elements::voiceAssign,
-    elements::triggerType, elements::outputAssign, elements::midiChannel,
-};
-
-}  // namespace
 
 void RolandLibrary::updatePad(Slot slot, int pad, const std::function<void(Pad&)>& change) {
   edit<PadRecord>({slot, pad}, change);
 }
 
-void RolandLibrary::editPadLeaf(Slot slot, int pad, const elements::IntegerLeaf& leaf, std::int64_t value) {
-  edit<PadRecord>({slot, pad}, [&](Pad& stored) { leaf.write(stored.node, value); });
-}
-
 void RolandLibrary::setPadSound(Slot slot, int pad, WaveId id) {
-  editPadLeaf(slot, pad, elements::wave, id);
+  setPadInteger(slot, pad, padSetting("padSound"), id);
 }
 
 void RolandLibrary::removePadSound(Slot slot, int pad) {
-  editPadLeaf(slot, pad, elements::wave, noWave);
+  setPadInteger(slot, pad, padSetting("padSound"), noWave);
 }
 
 void RolandLibrary::resetPad(Slot slot, int pad) {
@@ -37,46 +22,44 @@ void RolandLibrary::resetPad(Slot slot, int pad) {
 }
 
 void RolandLibrary::setPadLevel(Slot slot, int pad, double value) {
-  editPadLeaf(slot, pad, elements::waveLevel, truncated(value));
+  setPadInteger(slot, pad, padSetting("padVolume"), truncated(value));
 }
 
 void RolandLibrary::setPadPan(Slot slot, int pad, double value) {
-  editPadLeaf(slot, pad, elements::wavePan, truncated(value));
+  setPadInteger(slot, pad, padSetting("padPan"), truncated(value));
 }
 
 void RolandLibrary::setPadSubLevel(Slot slot, int pad, double value) {
-  editPadLeaf(slot, pad, elements::subWaveLevel, truncated(value));
+  setPadInteger(slot, pad, padSetting("subVolume"), truncated(value));
 }
 
 void RolandLibrary::setPadSubPan(Slot slot, int pad, double value) {
-  editPadLeaf(slot, pad, elements::subWavePan, truncated(value));
+  setPadInteger(slot, pad, padSetting("subPan"), truncated(value));
 }
 
 void RolandLibrary::setPadNote(Slot slot, int pad, std::int64_t note) {
-  editPadLeaf(slot, pad, elements::note, note);
+  setPadInteger(slot, pad, padSetting("note"), note);
 }
 
 void RolandLibrary::setPadPoly(Slot slot, int pad, bool poly) {
-  editPadLeaf(slot, pad, elements::voiceAssign, poly ? 1 : 0);
+  setPadInteger(slot, pad, padSetting("poly"), poly ? 1 : 0);
 }
 
-void RolandLibrary::setPadInteger(Slot slot, int pad, const elements::IntegerLeaf& leaf, std::int64_t value) {
-  editPadLeaf(slot, pad, leaf, value);
+void RolandLibrary::setPadInteger(Slot slot, int pad, const PadSetting& setting, std::int64_t value) {
+  edit<PadRecord>({slot, pad}, [&](Pad& stored) { setting.leaf.write(stored.node, value); });
 }
 
-void RolandLibrary::setPadFlag(Slot slot, int pad, const elements::IntegerLeaf& leaf, bool on) {
-  editPadLeaf(slot, pad, leaf, on ? 1 : 0);
+void RolandLibrary::setPadFlag(Slot slot, int pad, const PadSetting& setting, bool on) {
+  setPadInteger(slot, pad, setting, on ? 1 : 0);
 }
 
-void RolandLibrary::applySettingsToAllPads(Slot slot, int source, const std::set<SetAllPadField>& fields) {
+void RolandLibrary::applySettingsToAllPads(Slot slot, int source, const std::set<const PadSetting*>& chosen) {
   const Kit* kit = this->kit(slot);
   const auto from = kit ? kit->pad(source) : std::nullopt;
   if (!from) return;
   std::vector<std::pair<elements::IntegerLeaf, std::int64_t>> values;
-  for (const SetAllPadField field : fields) {  // a set: in the order of the fields
-    const elements::IntegerLeaf& leaf = fieldLeaves.at(static_cast<std::size_t>(field));
-    values.emplace_back(leaf, leaf.read(from->node));
-  }
+  for (const PadSetting& setting : padSettings)
+    if (setting.isForAll && chosen.contains(&setting)) values.emplace_back(setting.leaf, from->value(setting));
   // Only those that change: an undo must leave the others as they are by then.
   std::vector<Pad> changed;
   std::vector<int> indexes;

@@ -8,8 +8,8 @@
 
 namespace tamboro {
 
-/// Our own drawings on a grid of 16 units, named like the symbols they stand for ("square.grid.3x3.fill", "tag").
-/// Paints one into the rectangle at the device's size; an unknown name paints nothing.
+/// Our own drawings on a grid of 16 units, the files of `symbols/`, named like the symbols they stand for
+/// ("square.grid.3x3.fill", "tag"). Paints one into the rectangle at the device's size; an unknown name paints nothing.
 void paintSymbol(QPainter& painter, const QString& name, const QRectF& rect, const QColor& colour);
 
 /// An icon that paints itself in the given colour or, without one, in the painter's pen where a control of LookStyle

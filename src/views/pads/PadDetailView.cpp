@@ -30,26 +30,40 @@ namespace {
 constexpr int padding = 16;
 constexpr int betweenLines = 14;
 
+QString text(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
 int menuWidth() {
   return Look::px(118) + 2 * ringRoom;
 }
 
+/// Whether its title stands before the control, in one column with those above and below.
+bool isTitledRow(const PadSetting& setting) {
+  using enum PadControl;
+  return setting.control != level && setting.control != pan && setting.control != onOff;
+}
+
+std::vector<const PadSetting*> settingsAt(PadPlace place) {
+  std::vector<const PadSetting*> found;
+  for (const PadSetting& setting : padSettings)
+    if (setting.place == place) found.push_back(&setting);
+  return found;
+}
+
+bool isAtTheRight(const PadSetting& setting) {
+  const auto grid = settingsAt(PadPlace::grid);
+  return (std::ranges::find(grid, &setting) - grid.begin()) % 2 == 1 && setting.place == PadPlace::grid;
+}
+
 /// Titles of one column end where the longest does.
-int titleWidth(std::initializer_list<QString> titles) {
+int titleWidth(const PadSetting& setting) {
   const QFontMetrics metrics(Look::font(TextStyle::caption));
   int widest = 0;
-  for (const QString& title : titles)
-    widest = std::max(widest, metrics.horizontalAdvance(title));
+  for (const PadSetting& other : padSettings)
+    if (isTitledRow(other) && isAtTheRight(other) == isAtTheRight(setting))
+      widest = std::max(widest, metrics.horizontalAdvance(text(other.title)));
   return widest + Look::px(8);
-}
-
-int leadingTitleWidth() {
-  return titleWidth({QStringLiteral("Sound"), QStringLiteral("Mute Group"), QStringLiteral("Note"),
-                     QStringLiteral("Poly/Mono"), QStringLiteral("Output"), QStringLiteral("Sub Sound")});
-}
-
-int trailingTitleWidth() {
-  return titleWidth({QStringLiteral("Trigger Type"), QStringLiteral("MIDI Channel")});
 }
 
 QPushButton* makeButton(const QString& objectName, const QString& title, const QString& symbol) {
@@ -86,13 +100,8 @@ PadDetailView::PadDetailView(RolandLibrary& store, SamplePlayer& player, QWidget
   lines->setContentsMargins(room, room, room, room);
   lines->setSpacing(Look::px(betweenLines) - 2 * ringRoom);
   lines->addWidget(makeHeader());
-  lines->addWidget(makeSoundRow());
-  lines->addWidget(makeVolume(QStringLiteral("padVolume"), QStringLiteral("Pad Volume"), elements::waveLevel,
-                              &RolandLibrary::setPadLevel));
-  lines->addWidget(
-      makePan(QStringLiteral("padPan"), QStringLiteral("Pan"), elements::wavePan, &RolandLibrary::setPadPan));
-  lines->addWidget(makeMuteGroup());
-  lines->addWidget(makeNote());
+  for (const PadSetting* setting : settingsAt(PadPlace::lines))
+    lines->addWidget(makeSetting(*setting));
   lines->addWidget(makeGrid());
   lines->addWidget(makeSub());
   connect(&player, &SamplePlayer::playingIndexChanged, this, &PadDetailView::refreshPlay);
@@ -136,91 +145,125 @@ QWidget* PadDetailView::makeHeader() {
   return header;
 }
 
-QWidget* PadDetailView::makeSoundRow() {
-  auto* name = makeLabel(QStringLiteral("padSound"), {}, TextStyle::body);
+QWidget* PadDetailView::makeSetting(const PadSetting& setting) {
+  switch (setting.control) {
+    case PadControl::sound:
+      return makeSound(setting);
+    case PadControl::subSound:
+      return makeSubSound(setting);
+    case PadControl::level:
+    case PadControl::pan:
+      return makeSlider(setting);
+    case PadControl::note:
+      return makeNote(setting);
+    case PadControl::onOff:
+      return makeSwitch(setting);
+    case PadControl::menu:
+      return makeMenu(setting);
+    case PadControl::openMenu:
+      return makeOpenMenu(setting);
+  }
+  return nullptr;
+}
+
+QWidget* PadDetailView::makeSound(const PadSetting& setting) {
+  auto* name = makeLabel(text(setting.name), {}, TextStyle::body);
   fills_.emplace_back([this, name](const Pad& pad) {
     const Wave* wave = waveOf(pad);
     name->setText(wave ? nameOf(*wave) : QStringLiteral("(none)"));
     setRole(*name, wave ? textRole::primary : textRole::secondary);
   });
-  return makeTitledRow(QStringLiteral("Sound"), name, leadingTitleWidth());
+  return makeTitledRow(text(setting.title), name, titleWidth(setting));
 }
 
-QWidget* PadDetailView::makeVolume(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
-                                   RealSetter setter) {
-  return makeSlider(objectName, title, leaf, 0, setter,
-                    [](double value) { return QString::number(static_cast<qint64>(truncated(value))); });
+QWidget* PadDetailView::makeSubSound(const PadSetting& setting) {
+  auto* name = makeLabel(text(setting.name), {}, TextStyle::body);
+  fills_.emplace_back([this, name](const Pad& pad) {
+    name->setText(subSoundText(store_, pad.subWave()));
+    setRole(*name, pad.subWave() >= 0 ? textRole::primary : textRole::secondary);
+  });
+  return makeTitledRow(text(setting.title), name, titleWidth(setting));
 }
 
-QWidget* PadDetailView::makePan(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
-                                RealSetter setter) {
-  return makeSlider(objectName, title, leaf, leaf.fallback, setter,
-                    [](double value) { return QString::fromStdString(panText(truncated(value))); });
-}
-
-QWidget* PadDetailView::makeSlider(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
-                                   std::int64_t zero, RealSetter setter, std::function<QString(double)> format) {
+QWidget* PadDetailView::makeSlider(const PadSetting& setting) {
+  const elements::IntegerLeaf& leaf = setting.leaf;
+  const bool isPan = setting.control == PadControl::pan;
   const ValueSlider::Scale scale{.lower = static_cast<double>(leaf.lower),
                                  .upper = static_cast<double>(leaf.upper),
-                                 .zero = static_cast<double>(zero)};
-  std::function<void(double)> write = [this, setter](double value) {
-    commit([&] { std::invoke(setter, store_, kitSlot_, padIndex_, value); });
+                                 .zero = isPan ? static_cast<double>(leaf.fallback) : 0};
+  const auto format = [isPan](double value) {
+    return isPan ? QString::fromStdString(panText(truncated(value)))
+                 : QString::number(static_cast<qint64>(truncated(value)));
   };
-  auto* slider = new ThrottledSlider(
-      objectName, {.title = title, .scale = scale, .format = std::move(format), .commit = std::move(write)});
+  const auto write = [this, &setting](double value) { commit(setting, truncated(value)); };
+  auto* slider = new ThrottledSlider(text(setting.name),
+                                     {.title = text(setting.title), .scale = scale, .format = format, .commit = write});
   sliders_.push_back(slider);
-  fills_.emplace_back([slider, leaf](const Pad& pad) { slider->setValue(static_cast<double>(leaf.read(pad.node))); });
+  fills_.emplace_back(
+      [slider, &setting](const Pad& pad) { slider->setValue(static_cast<double>(pad.value(setting))); });
   return slider;
 }
 
-QWidget* PadDetailView::makeMuteGroup() {
-  const QString title = QStringLiteral("Mute Group");
-  auto* picker = new MenuPicker(QStringLiteral("muteGroup"), title);
-  picker->addRow(0, QStringLiteral("Off"));
-  picker->addNumbers(1, elements::muteGroup.upper);
-  picker->setWidth(menuWidth());
-  connect(picker, &MenuPicker::chosen, this, [this](qint64 group) {
-    commit([&] { store_.setPadInteger(kitSlot_, padIndex_, elements::muteGroup, group); });
-  });
-  fills_.emplace_back([picker](const Pad& pad) { picker->setValue(pad.muteGroup()); });
-  return makeTitledRow(title, picker, leadingTitleWidth());
+QWidget* PadDetailView::makeNote(const PadSetting& setting) {
+  auto* picker = new NotePicker(titleWidth(setting), menuWidth());
+  connect(picker, &NotePicker::pitchChosen, this,
+          [this, &setting](int pitch) { commit(setting, noteWithPitch(pad().value(setting), pitch)); });
+  connect(picker, &NotePicker::octaveChosen, this,
+          [this, &setting](int octave) { commit(setting, noteWithOctave(pad().value(setting), octave)); });
+  fills_.emplace_back([picker, &setting](const Pad& pad) { picker->setNote(pad.value(setting)); });
+  return picker;
 }
 
-QWidget* PadDetailView::makeNote() {
-  auto* picker = new NotePicker(leadingTitleWidth(), menuWidth());
-  connect(picker, &NotePicker::pitchChosen, this, [this](int pitch) {
-    commit([&] { store_.setPadNote(kitSlot_, padIndex_, noteWithPitch(pad().note(), pitch)); });
+QWidget* PadDetailView::makeSwitch(const PadSetting& setting) {
+  auto* control = new Switch;
+  control->setObjectName(text(setting.name));
+  control->setAccessibleName(text(setting.title));
+  connect(control, &QCheckBox::toggled, this, [this, &setting](bool on) { commit(setting, on ? 1 : 0); });
+  fills_.emplace_back([control, &setting](const Pad& pad) {
+    const QSignalBlocker blocker(control);
+    control->setChecked(pad.isOn(setting));
   });
-  connect(picker, &NotePicker::octaveChosen, this, [this](int octave) {
-    commit([&] { store_.setPadNote(kitSlot_, padIndex_, noteWithOctave(pad().note(), octave)); });
+  auto* cell = new QWidget;
+  auto* row = new QHBoxLayout(cell);
+  leaveRingRoom(*row);
+  row->setSpacing(Look::px(8));
+  row->addWidget(control);
+  row->addWidget(makeLabel(control->objectName() + QStringLiteral("Title"), text(setting.title), TextStyle::body));
+  row->addStretch();
+  return cell;
+}
+
+QWidget* PadDetailView::makeMenu(const PadSetting& setting) {
+  auto* picker = new MenuPicker(text(setting.name), text(setting.title));
+  for (const PadSetting::Row& row : setting.namedRows)
+    if (!row.text.empty()) picker->addRow(row.value, text(row.text));
+  picker->addNumbers(1, setting.lastNumber);
+  picker->setWidth(menuWidth());
+  connect(picker, &MenuPicker::chosen, this, [this, &setting](qint64 value) { commit(setting, value); });
+  fills_.emplace_back([picker, &setting](const Pad& pad) {
+    picker->setValue(setting.leaf.isFlag ? pad.isOn(setting) : pad.value(setting));
   });
-  fills_.emplace_back([picker](const Pad& pad) { picker->setNote(pad.note()); });
+  return makeTitledRow(text(setting.title), picker, titleWidth(setting));
+}
+
+QWidget* PadDetailView::makeOpenMenu(const PadSetting& setting) {
+  RawEnumPicker::Options options;
+  for (const PadSetting::Row& row : setting.namedRows)
+    if (!row.text.empty()) options.emplace_back(row.value, text(row.text));
+  auto* picker = new RawEnumPicker(text(setting.name), text(setting.title), options, titleWidth(setting));
+  picker->menu()->setWidth(menuWidth());
+  connect(picker, &RawEnumPicker::chosen, this, [this, &setting](qint64 value) { commit(setting, value); });
+  fills_.emplace_back([picker, &setting](const Pad& pad) { picker->setValue(pad.value(setting)); });
   return picker;
 }
 
 QWidget* PadDetailView::makeGrid() {
-  const std::vector<QWidget*> cells{
-      makeFlag(QStringLiteral("loop"), QStringLiteral("Loop"), elements::loop),
-      makeFlag(QStringLiteral("tempoSync"), QStringLiteral("TempoSync"), elements::tempoSync),
-      makeFlag(QStringLiteral("dynamics"), QStringLiteral("Dynamics"), elements::dynamics),
-      makeFlag(QStringLiteral("reverse"), QStringLiteral("Reverse"), elements::reverse),
-      makePoly(),
-      makeEnum(QStringLiteral("triggerType"), QStringLiteral("Trigger Type"),
-               {{0, QStringLiteral("SHOT")}, {1, QStringLiteral("GATE")}}, elements::triggerType),
-      makeEnum(QStringLiteral("output"), QStringLiteral("Output"),
-               {{0, QStringLiteral("Master Out")},
-                {1, QStringLiteral("Kit FX1")},
-                {2, QStringLiteral("Kit FX2")},
-                {3, QStringLiteral("Sub Out")},
-                {4, QStringLiteral("Phones Only")}},
-               elements::outputAssign),
-      makeMidiChannel()};
   auto* block = new QWidget;
   auto* grid = new QGridLayout(block);
   grid->setHorizontalSpacing(Look::px(20) - 2 * ringRoom);
   grid->setVerticalSpacing(Look::px(10) - 2 * ringRoom);
-  for (int place = 0; QWidget * cell : cells) {
-    grid->addWidget(cell, place / 2, place % 2);
+  for (int place = 0; const PadSetting* setting : settingsAt(PadPlace::grid)) {
+    grid->addWidget(makeSetting(*setting), place / 2, place % 2);
     ++place;
   }
   grid->setColumnStretch(0, 1);
@@ -228,76 +271,12 @@ QWidget* PadDetailView::makeGrid() {
   return block;
 }
 
-QWidget* PadDetailView::makeFlag(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf) {
-  auto* control = new Switch;
-  control->setObjectName(objectName);
-  control->setAccessibleName(title);
-  connect(control, &QCheckBox::toggled, this,
-          [this, leaf](bool on) { commit([&] { store_.setPadFlag(kitSlot_, padIndex_, leaf, on); }); });
-  fills_.emplace_back([control, leaf](const Pad& pad) {
-    const QSignalBlocker blocker(control);
-    control->setChecked(leaf.isOn(pad.node));
-  });
-  auto* cell = new QWidget;
-  auto* row = new QHBoxLayout(cell);
-  leaveRingRoom(*row);
-  row->setSpacing(Look::px(8));
-  row->addWidget(control);
-  row->addWidget(makeLabel(objectName + QStringLiteral("Title"), title, TextStyle::body));
-  row->addStretch();
-  return cell;
-}
-
-QWidget* PadDetailView::makePoly() {
-  const QString title = QStringLiteral("Poly/Mono");
-  auto* picker = new MenuPicker(QStringLiteral("poly"), title);
-  picker->addRow(1, QStringLiteral("POLY"));
-  picker->addRow(0, QStringLiteral("MONO"));
-  picker->setWidth(menuWidth());
-  connect(picker, &MenuPicker::chosen, this,
-          [this](qint64 value) { commit([&] { store_.setPadPoly(kitSlot_, padIndex_, value != 0); }); });
-  fills_.emplace_back([picker](const Pad& pad) { picker->setValue(pad.isPoly() ? 1 : 0); });
-  return makeTitledRow(title, picker, leadingTitleWidth());
-}
-
-QWidget* PadDetailView::makeEnum(const QString& objectName, const QString& title, const Options& options,
-                                 const elements::IntegerLeaf& leaf) {
-  const int width = leaf.name == elements::triggerType.name ? trailingTitleWidth() : leadingTitleWidth();
-  auto* picker = new RawEnumPicker(objectName, title, options, width);
-  picker->menu()->setWidth(menuWidth());
-  connect(picker, &RawEnumPicker::chosen, this,
-          [this, leaf](qint64 value) { commit([&] { store_.setPadInteger(kitSlot_, padIndex_, leaf, value); }); });
-  fills_.emplace_back([picker, leaf](const Pad& pad) { picker->setValue(leaf.read(pad.node)); });
-  return picker;
-}
-
-QWidget* PadDetailView::makeMidiChannel() {
-  const QString title = QStringLiteral("MIDI Channel");
-  auto* picker = new MenuPicker(QStringLiteral("midiChannel"), title);
-  picker->addRow(elements::midiChannel.fallback, QStringLiteral("Global"));
-  picker->addNumbers(1, 16);
-  picker->setWidth(menuWidth());
-  connect(picker, &MenuPicker::chosen, this, [this](qint64 channel) {
-    commit([&] { store_.setPadInteger(kitSlot_, padIndex_, elements::midiChannel, channel); });
-  });
-  fills_.emplace_back([picker](const Pad& pad) { picker->setValue(pad.midiChannel()); });
-  return makeTitledRow(title, picker, trailingTitleWidth());
-}
-
 QWidget* PadDetailView::makeSub() {
   auto* content = new QWidget;
   auto* lines = new QVBoxLayout(content);
   lines->setSpacing(Look::px(10) - 2 * ringRoom);
-  auto* name = makeLabel(QStringLiteral("subSound"), {}, TextStyle::body);
-  fills_.emplace_back([this, name](const Pad& pad) {
-    name->setText(subSoundText(store_, pad.subWave()));
-    setRole(*name, pad.subWave() >= 0 ? textRole::primary : textRole::secondary);
-  });
-  lines->addWidget(makeTitledRow(QStringLiteral("Sub Sound"), name, leadingTitleWidth()));
-  lines->addWidget(makeVolume(QStringLiteral("subVolume"), QStringLiteral("Sub Volume"), elements::subWaveLevel,
-                              &RolandLibrary::setPadSubLevel));
-  lines->addWidget(
-      makePan(QStringLiteral("subPan"), QStringLiteral("Sub Pan"), elements::subWavePan, &RolandLibrary::setPadSubPan));
+  for (const PadSetting* setting : settingsAt(PadPlace::sub))
+    lines->addWidget(makeSetting(*setting));
   return new DisclosureGroup(QStringLiteral("sub"), QStringLiteral("Sub"), TextStyle::body, content, Look::px(6));
 }
 
@@ -311,9 +290,8 @@ const Wave* PadDetailView::waveOf(const Pad& pad) const {
   return pad.wave() < 0 ? nullptr : store_.wave(pad.wave());
 }
 
-template<class Edit>
-void PadDetailView::commit(const Edit& edit) {
-  edit();
+void PadDetailView::commit(const PadSetting& setting, std::int64_t value) {
+  store_.setPadInteger(kitSlot_, padIndex_, setting, value);
   refresh();
 }
 

@@ -34,33 +34,23 @@ class PadDetailView : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  using RealSetter = void (RolandLibrary::*)(Slot, int, double);
-  using Options = std::vector<std::pair<std::int64_t, QString>>;
-
   QWidget* makeHeader();
-  QWidget* makeSoundRow();
-  QWidget* makeVolume(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
-                      RealSetter setter);
-  QWidget* makePan(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
-                   RealSetter setter);
-  QWidget* makeSlider(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf,
-                      std::int64_t zero, RealSetter setter, std::function<QString(double)> format);
-  QWidget* makeMuteGroup();
-  QWidget* makeNote();
+  QWidget* makeSetting(const PadSetting& setting);
+  QWidget* makeSound(const PadSetting& setting);
+  QWidget* makeSubSound(const PadSetting& setting);
+  QWidget* makeSlider(const PadSetting& setting);
+  QWidget* makeNote(const PadSetting& setting);
+  QWidget* makeSwitch(const PadSetting& setting);
+  QWidget* makeMenu(const PadSetting& setting);
+  QWidget* makeOpenMenu(const PadSetting& setting);
   QWidget* makeGrid();
-  QWidget* makeFlag(const QString& objectName, const QString& title, const elements::IntegerLeaf& leaf);
-  QWidget* makePoly();
-  QWidget* makeEnum(const QString& objectName, const QString& title, const Options& options,
-                    const elements::IntegerLeaf& leaf);
-  QWidget* makeMidiChannel();
   QWidget* makeSub();
 
   /// The pad in the store, or one without leaves, which reads as the defaults.
   Pad pad() const;
   const Wave* waveOf(const Pad& pad) const;
-  /// Runs an edit and reads the store back, since one that changes nothing there isn't announced.
-  template<class Edit>
-  void commit(const Edit& edit);
+  /// Edits the store and reads it back, since an edit that changes nothing there isn't announced.
+  void commit(const PadSetting& setting, std::int64_t value);
   void openSetAllPad();
   void togglePlay();
   void refresh();

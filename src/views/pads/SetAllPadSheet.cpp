@@ -3,7 +3,6 @@
 #include <QCheckBox>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <array>
 
 #include "views/controls/Labels.h"
 #include "views/look/LookStyle.h"
@@ -12,44 +11,11 @@ namespace tamboro {
 
 namespace {
 
-constexpr std::array fields{SetAllPadField::level,        SetAllPadField::pan,        SetAllPadField::muteGroup,
-                            SetAllPadField::loop,         SetAllPadField::tempoSync,  SetAllPadField::dynamics,
-                            SetAllPadField::reverse,      SetAllPadField::isPoly,     SetAllPadField::triggerType,
-                            SetAllPadField::outputAssign, SetAllPadField::midiChannel};
-
 QString heading(int pad) {
   return QStringLiteral("Apply Settings from Pad %1 to All Pads").arg(pad + 1);
 }
 
 }  // namespace
-
-QString fieldLabel(SetAllPadField field) {
-  switch (field) {
-    case SetAllPadField::level:
-      return QStringLiteral("Pad Volume");
-    case SetAllPadField::pan:
-      return QStringLiteral("Pan");
-    case SetAllPadField::muteGroup:
-      return QStringLiteral("Mute Group");
-    case SetAllPadField::loop:
-      return QStringLiteral("Loop");
-    case SetAllPadField::tempoSync:
-      return QStringLiteral("TempoSync");
-    case SetAllPadField::dynamics:
-      return QStringLiteral("Dynamics");
-    case SetAllPadField::reverse:
-      return QStringLiteral("Reverse");
-    case SetAllPadField::isPoly:
-      return QStringLiteral("Poly/Mono");
-    case SetAllPadField::triggerType:
-      return QStringLiteral("Trigger Type");
-    case SetAllPadField::outputAssign:
-      return QStringLiteral("Output");
-    case SetAllPadField::midiChannel:
-      return QStringLiteral("MIDI Channel");
-  }
-  return {};
-}
 
 SetAllPadSheet::SetAllPadSheet(RolandLibrary& store, Slot slot, int sourcePad, QWidget* parent)
     : Sheet(QStringLiteral("setAllPadSheet"), heading(sourcePad), parent),
@@ -79,21 +45,23 @@ SetAllPadSheet::SetAllPadSheet(RolandLibrary& store, Slot slot, int sourcePad, Q
 QLayout* SetAllPadSheet::makeFields() {
   auto* rows = new QVBoxLayout;
   rows->setSpacing(Look::px(6));
-  for (const SetAllPadField field : fields) {
-    auto* box = new QCheckBox(fieldLabel(field));
-    box->setObjectName(QStringLiteral("applyField%1").arg(static_cast<int>(field)));
-    box->setAccessibleName(fieldLabel(field));
-    connect(box, &QCheckBox::toggled, this, [this, field](bool on) { choose(field, on); });
+  for (int place = 0; const PadSetting& setting : padSettings) {
+    if (!setting.isForAll) continue;
+    const QString title = QString::fromUtf8(setting.title.data(), static_cast<qsizetype>(setting.title.size()));
+    auto* box = new QCheckBox(title);
+    box->setObjectName(QStringLiteral("applyField%1").arg(place++));
+    box->setAccessibleName(title);
+    connect(box, &QCheckBox::toggled, this, [this, &setting](bool on) { choose(setting, on); });
     rows->addWidget(box);
   }
   return rows;
 }
 
-void SetAllPadSheet::choose(SetAllPadField field, bool on) {
+void SetAllPadSheet::choose(const PadSetting& setting, bool on) {
   if (on) {
-    selected_.insert(field);
+    selected_.insert(&setting);
   } else {
-    selected_.erase(field);
+    selected_.erase(&setting);
   }
   apply_->setEnabled(!selected_.empty());
 }

@@ -9,9 +9,6 @@ class QPushButton;
 
 namespace tamboro {
 
-/// What the interface calls a setting of a pad.
-QString fieldLabel(SetAllPadField field);
-
 /// Copies chosen settings of one pad to all other pads of its kit. Nothing is chosen at first.
 class SetAllPadSheet : public Sheet {
   Q_OBJECT
@@ -21,13 +18,13 @@ class SetAllPadSheet : public Sheet {
 
  private:
   QLayout* makeFields();
-  void choose(SetAllPadField field, bool on);
+  void choose(const PadSetting& setting, bool on);
   void apply();
 
   RolandLibrary& store_;
   Slot kitSlot_;
   int sourcePadIndex_;
-  std::set<SetAllPadField> selected_;
+  std::set<const PadSetting*> selected_;
   QPushButton* apply_ = nullptr;
 };
 

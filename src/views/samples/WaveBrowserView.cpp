@@ -20,11 +20,10 @@
 #include "views/look/LookPaint.h"
 #include "views/look/Palette.h"
 #include "views/look/Symbols.h"
-#include "views/samples/WaveCell.h"
+#include "views/samples/WaveColumn.h"
 #include "views/samples/WaveDrop.h"
 #include "views/samples/WaveImports.h"
 #include "views/samples/WaveLoopSection.h"
-#include "views/samples/WaveRowDelegate.h"
 
 namespace tamboro {
 
@@ -123,13 +122,13 @@ QWidget* WaveBrowserView::makeFilterBar() {
 }
 
 QWidget* WaveBrowserView::makeList() {
-  list_ = new RowList(new RowModel(waveColumn::count, [this](const RowKey& row, int column,
-                                                             int role) { return value(row, column, role); }),
+  list_ = new RowList(new RowModel(waveColumnCount, [this](const RowKey& row, int column,
+                                                           int role) { return value(row, column, role); }),
                       new WaveRowDelegate);
   list_->setObjectName(QStringLiteral("waveList"));
   list_->setAccessibleName(QStringLiteral("Sounds"));
   list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  list_->setMainColumn(waveColumn::name);
+  list_->setMainColumn(waveColumn("name"));
   list_->setDragEnabled(true);
   nothing_ = makeLabel(QStringLiteral("noWaves"), {}, TextStyle::body, textRole::tertiary);
   nothing_->setAlignment(Qt::AlignCenter);
@@ -194,13 +193,12 @@ QVariant WaveBrowserView::value(const RowKey& row, int column, int role) const {
   const WaveRowValues* wave = row.kind == RowKey::Kind::record ? waves_.find(row.record) : nullptr;
   if (!wave) return detailValue(role);
   return WaveCell{.wave = *wave,
-                  .column = column,
                   .tag = waveTagText(tagTitles_, wave->tag),
-                  .addHelp = column == waveColumn::add ? addHelp_ : QString(),
+                  .addHelp = addHelp_,
                   .hasKit = hasKit_,
                   .isPlaying = player_.playingIndex() == wave->id,
                   .isOpen = showLoopSettings_.contains(wave->id)}
-      .value(role);
+      .value(waveColumns[static_cast<std::size_t>(column)], role);
 }
 
 /// An edit of a kit goes with every step of a slider: the rows are neither read nor painted again for it.
@@ -210,7 +208,7 @@ void WaveBrowserView::refreshAdding() {
   addHelp_ = std::move(help);
   if (hasKit_ != store_.selectedKitSlot().has_value()) list_->viewport()->update();
   hasKit_ = store_.selectedKitSlot().has_value();
-  list_->announceColumn(waveColumn::add);
+  list_->announceColumn(waveColumn("add"));
 }
 
 void WaveBrowserView::refresh() {

@@ -37,6 +37,13 @@ class WaveBrowserView : public QWidget {
   void takeKeyboard();
   void search();
 
+  // What a press on a row's controls does.
+  void togglePlaying(const RowKey& row);
+  void openTagMenu(const RowKey& row);
+  void addToPad(const RowKey& row);
+  void confirmDelete(const RowKey& row);
+  void toggleLoopSettings(const RowKey& row);
+
  private:
   QWidget* makeFilterBar();
   QWidget* makeList();
@@ -59,14 +66,9 @@ class WaveBrowserView : public QWidget {
   void cellPressed(const RowKey& row, int column);
   void activated(const RowKey& row, Qt::Key key);
   void doubleClicked(const RowKey& row, const QPoint& place);
-  void togglePlaying(WaveId id);
-  void addToPad(WaveId id);
   void rename(const RowKey& row);
-  void openTagMenu(const RowKey& row);
   QAction* addTags(QMenu& menu, std::size_t first, std::size_t end, WaveId id);
   void openMenu(const RowKey& row, const QPoint& position);
-  void toggleLoopSettings(WaveId id);
-  void confirmDelete(WaveId id);
   void drag(const RowKey& row);
   void openBatchRename();
   void chooseImports();

@@ -13,69 +13,57 @@
 #include "views/controls/Labels.h"
 #include "views/lists/RowList.h"
 #include "views/samples/BatchRenameSheet.h"
-#include "views/samples/WaveBrowserView.h"
+#include "views/samples/WaveColumn.h"
 #include "views/samples/WaveImports.h"
-#include "views/samples/WaveRowDelegate.h"
 
 namespace tamboro {
 
 void WaveBrowserView::cellPressed(const RowKey& row, int column) {
-  switch (column) {
-    case waveColumn::play:
-      return togglePlaying(row.record);
-    case waveColumn::tag:
-      return openTagMenu(row);
-    case waveColumn::add:
-      return addToPad(row.record);
-    case waveColumn::remove:
-      return confirmDelete(row.record);
-    case waveColumn::loop:
-      return toggleLoopSettings(row.record);
-    default:
-      return;
-  }
+  const auto press = waveColumns[static_cast<std::size_t>(column)].press;
+  if (press) std::invoke(press, this, row);
 }
 
 void WaveBrowserView::activated(const RowKey& row, Qt::Key key) {
   switch (key) {
     case Qt::Key_Space:
-      return togglePlaying(row.record);
+      return togglePlaying(row);
     case Qt::Key_Return:
-      return addToPad(row.record);
+      return addToPad(row);
     case Qt::Key_F2:
       return rename(row);
     default:
-      return confirmDelete(row.record);
+      return confirmDelete(row);
   }
 }
 
 void WaveBrowserView::doubleClicked(const RowKey& row, const QPoint& place) {
-  const QRect cell = list_->cellRect(row, waveColumn::name);
+  const QRect cell = list_->cellRect(row, waveColumn("name"));
   const bool isOnName = place.x() >= cell.left() && place.x() <= cell.right();
   if (isOnName && !list_->field(row)) rename(row);
 }
 
-void WaveBrowserView::togglePlaying(WaveId id) {
+void WaveBrowserView::togglePlaying(const RowKey& row) {
+  const WaveId id = row.record;
   if (player_.playingIndex() == id) return player_.stop();
   const Wave* wave = store_.wave(id);
   const auto location = wave ? store_.audioURL(*wave) : std::nullopt;
   if (location) player_.play(*location, id);
 }
 
-void WaveBrowserView::addToPad(WaveId id) {
-  if (const auto slot = store_.selectedKitSlot()) store_.setPadSound(*slot, store_.selectedPadIndex(), id);
+void WaveBrowserView::addToPad(const RowKey& row) {
+  if (const auto slot = store_.selectedKitSlot()) store_.setPadSound(*slot, store_.selectedPadIndex(), row.record);
 }
 
-void WaveBrowserView::toggleLoopSettings(WaveId id) {
-  const RowKey row{0, id};
+void WaveBrowserView::toggleLoopSettings(const RowKey& row) {
+  const WaveId id = row.record;
   const RowKey section{0, id, RowKey::Kind::detail};
-  const int before = list_->cellRect(row, waveColumn::name).y();
+  const int before = list_->cellRect(row, waveColumn("name")).y();
   const bool isOpened = showLoopSettings_.erase(id) == 0;
   if (isOpened) showLoopSettings_.insert(id);
   showRows({id});
   // The button stays under the pointer, and what it opened is in sight.
   QScrollBar& bar = *list_->verticalScrollBar();
-  bar.setValue(bar.value() + list_->cellRect(row, waveColumn::name).y() - before);
+  bar.setValue(bar.value() + list_->cellRect(row, waveColumn("name")).y() - before);
   if (isOpened) list_->reveal(section);
 }
 
@@ -119,7 +107,7 @@ void WaveBrowserView::openTagMenu(const RowKey& row) {
     }
   }
   // The current tag's entry covers the cell, as in a picker.
-  const QRect cell = list_->cellRect(row, waveColumn::tag);
+  const QRect cell = list_->cellRect(row, waveColumn("tag"));
   menu->setMinimumWidth(cell.width());
   menu->setActiveAction(current);  // the arrow keys begin there; told later, it would scroll the open menu
   menu->popup(list_->viewport()->mapToGlobal(cell.topLeft()), current);
@@ -148,7 +136,7 @@ QAction* WaveBrowserView::addTags(QMenu& menu, std::size_t first, std::size_t en
 void WaveBrowserView::openMenu(const RowKey& row, const QPoint& position) {
   const WaveId id = row.record;
   auto* menu = new ContextMenu(QStringLiteral("waveMenu"), QStringLiteral("Sound"), this);
-  menu->add("addToPad", QStringLiteral("Add to Selected Pad"), addHelp_, [this, id] { addToPad(id); });
+  menu->add("addToPad", QStringLiteral("Add to Selected Pad"), addHelp_, [this, row] { addToPad(row); });
   menu->add("copySound", QStringLiteral("Copy Sound"), QStringLiteral("Copy to paste onto another pad later (⌘V)"),
             [this, id] { store_.setCopiedWaveIndex(id); });
   menu->add("duplicateSound", QStringLiteral("Duplicate Sound"),
@@ -159,7 +147,8 @@ void WaveBrowserView::openMenu(const RowKey& row, const QPoint& position) {
 
 // ---- deleting, dragging, renaming many
 
-void WaveBrowserView::confirmDelete(WaveId id) {
+void WaveBrowserView::confirmDelete(const RowKey& row) {
+  const WaveId id = row.record;
   const Wave* wave = store_.wave(id);
   if (!wave || wave->isFactory() || deleteCandidate_) return;
   deleteCandidate_ = id;

@@ -1,15 +1,12 @@
 #pragma once
 
-#include <QMimeData>
-#include <QObject>
 #include <functional>
 #include <optional>
 #include <vector>
 
 #include "library/imports/SoundSource.h"
-
-class QDropEvent;
-class QWidget;
+#include "views/controls/DraggedPaths.h"
+#include "views/controls/DropFilter.h"
 
 namespace tamboro {
 
@@ -20,27 +17,28 @@ std::vector<SoundSource> droppedSounds(const QMimeData& data, const FileSystem& 
 
 /// Lets a list take sounds wherever they are dropped on it, also over a name that is being edited. A drag without any
 /// that begins with a folder is for the window.
-class WaveDrop : public QObject {
+class WaveDrop : public DropFilter {
   Q_OBJECT
 
  public:
   /// What was dropped, and the folder that the window would have taken.
   using Dropped = std::function<void(std::vector<SoundSource> sounds, std::optional<Path> folder)>;
 
-  /// `dropped` is called as an event of its own: the source of the drag isn't kept waiting for the imports.
+  /// `dropped` is called as an event of its own.
   WaveDrop(QWidget& list, const FileSystem& files, std::function<bool(const Path&)> holdsCard, Dropped dropped);
-  bool eventFilter(QObject* watched, QEvent* event) override;
 
  Q_SIGNALS:
   /// A drag that would be taken hovers over the list, or doesn't any more.
   void targetedChanged(bool isTargeted);
 
+ protected:
+  bool answer(QDropEvent& event, const QWidget& over) override;
+  void leave() override { setTargeted(false); }
+
  private:
-  bool answer(QDropEvent& event, const QWidget& over);
   const std::vector<SoundSource>& sounds(const QDropEvent& event);
   void setTargeted(bool isTargeted);
 
-  QWidget& list_;
   const FileSystem& files_;
   std::function<bool(const Path&)> holdsCard_;
   Dropped dropped_;

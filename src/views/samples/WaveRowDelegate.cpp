@@ -10,13 +10,13 @@
 #include "views/look/LookPaint.h"
 #include "views/look/Palette.h"
 #include "views/look/Symbols.h"
+#include "views/samples/WaveColumn.h"
 #include "views/samples/WaveLoopSection.h"
 
 namespace tamboro {
 
 namespace {
 
-constexpr int symbolSlot = 28;
 constexpr int inset = 6;      // of a row from its list's edge
 constexpr int nameRoom = 88;  // for twelve letters of usual width
 constexpr int textRoom = 10;  // from a picker's edge to its text
@@ -43,16 +43,8 @@ QColor tintOf(const QModelIndex& index) {
   return look.secondary;
 }
 
-double symbolSide(int column) {
-  switch (column) {
-    case waveColumn::play:
-    case waveColumn::pending:
-      return Look::px(12);
-    case waveColumn::loop:
-      return Look::px(16);
-    default:
-      return Look::px(14);
-  }
+const WaveColumn& columnAt(int place) {
+  return waveColumns[static_cast<std::size_t>(place)];
 }
 
 QRectF centred(const QRectF& room, double side) {
@@ -69,19 +61,30 @@ void paintVeil(QPainter& painter, const QStyleOptionViewItem& option, const QRec
 void paintSymbolCell(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
   const QString symbol = index.data(waveRole::symbol).toString();
   if (symbol.isEmpty()) return;
-  // The last slot is wider: the scroll bar lies over its end.
-  const QRect slot(option.rect.x(), option.rect.y(), std::min(option.rect.width(), Look::px(symbolSlot)),
-                   option.rect.height());
-  const bool isFirst = index.column() == waveColumn::play;
-  const QRectF room = isFirst ? option.rect : QStyle::visualRect(option.direction, option.rect, slot);
+  const WaveColumn& column = columnAt(index.column());
+  QRect slot = option.rect;
+  if (column.symbolRoom > 0) slot.setWidth(std::min(slot.width(), Look::px(column.symbolRoom)));
+  const QRectF room = QStyle::visualRect(option.direction, option.rect, slot);
   paintVeil(painter, option, centred(room, Look::px(24)));
-  // Orange can't be told from a light ground.
-  if (index.column() == waveColumn::pending && !Look::current().isDark)
+  if (column.hasPlate && !Look::current().isDark)
     paintBox(painter, centred(room, Look::px(18)), Look::px(9), Look::current().plate());
-  paintSymbol(painter, symbol, centred(room, symbolSide(index.column())), tintOf(index));
+  paintSymbol(painter, symbol, centred(room, Look::px(column.symbolSide)), tintOf(index));
 }
 
-void paintTag(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
+void paintName(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
+  painter.setFont(Look::font(TextStyle::body));
+  painter.setPen(Look::current().primary);
+  paintRowText(painter, option.direction, option.rect, index.data(Qt::DisplayRole).toString());
+}
+
+void paintNumber(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
+  painter.setFont(Look::monospaced(TextStyle::caption));
+  painter.setPen(Look::current().secondary);
+  const QRect room = QStyle::visualRect(option.direction, option.rect, option.rect.adjusted(0, 0, -Look::px(6), 0));
+  paintText(painter, option.direction, room, Qt::AlignRight | Qt::AlignVCenter, index.data(Qt::DisplayRole).toString());
+}
+
+void paintPicker(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) {
   const QFontMetrics metrics(Look::font(TextStyle::body));
   const int height = std::min(option.rect.height(), std::max(Look::px(26), metrics.height()));
   const QRect shape(option.rect.x(), option.rect.y() + (option.rect.height() - height) / 2, option.rect.width(),
@@ -109,50 +112,29 @@ bool isEditing(const QStyleOptionViewItem& option, const QModelIndex& index) {
 void WaveRowDelegate::paintCell(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const auto* rows = static_cast<const RowModel*>(index.model());
   if (rows->key(index)->kind != RowKey::Kind::record) return;
-  switch (index.column()) {
-    case waveColumn::name:
-      if (isEditing(option, index)) return;
-      painter.setFont(Look::font(TextStyle::body));
-      painter.setPen(Look::current().primary);
-      return paintRowText(painter, option.direction, option.rect, index.data(Qt::DisplayRole).toString());
-    case waveColumn::tag:
-      return paintTag(painter, option, index);
-    case waveColumn::number:
-      painter.setFont(Look::monospaced(TextStyle::caption));
-      painter.setPen(Look::current().secondary);
-      return paintText(painter, option.direction,
-                       QStyle::visualRect(option.direction, option.rect, option.rect.adjusted(0, 0, -Look::px(6), 0)),
-                       Qt::AlignRight | Qt::AlignVCenter, index.data(Qt::DisplayRole).toString());
-    default:
+  switch (columnAt(index.column()).paint) {
+    case WavePaint::symbol:
       return paintSymbolCell(painter, option, index);
-  }
-}
-
-int WaveRowDelegate::columnWidth(int column) const {
-  switch (column) {
-    case waveColumn::play:
-      return Look::px(36);
-    case waveColumn::name:
-      return 0;
-    case waveColumn::tag:
-      return tagWidth();
-    case waveColumn::number:
-      return Look::px(50);
-    case waveColumn::loop:
-      return Look::px(symbolSlot + 5);
-    default:
-      return Look::px(symbolSlot);
+    case WavePaint::name:
+      if (!isEditing(option, index)) paintName(painter, option, index);
+      return;
+    case WavePaint::picker:
+      return paintPicker(painter, option, index);
+    case WavePaint::number:
+      return paintNumber(painter, option, index);
   }
 }
 
 /// Names are told apart by their ends, tags by their beginnings: where large type makes the row tight, the tag gives
 /// way.
-int WaveRowDelegate::tagWidth() const {
+int WaveRowDelegate::columnWidth(int place) const {
+  const WaveColumn& column = columnAt(place);
+  if (column.leastWidth == 0) return Look::px(column.width);
   const auto* list = qobject_cast<const QAbstractItemView*>(parent());
   int rest = list ? list->viewport()->width() - 2 * inset : 0;
-  for (int column = 0; column < waveColumn::count; ++column)
-    if (column != waveColumn::tag) rest -= columnWidth(column);
-  return std::clamp(rest - Look::px(nameRoom), Look::px(72), Look::px(120));
+  for (const WaveColumn& other : waveColumns)
+    if (&other != &column) rest -= Look::px(other.width);
+  return std::clamp(rest - Look::px(nameRoom), Look::px(column.leastWidth), Look::px(column.width));
 }
 
 int WaveRowDelegate::rowHeight(const QModelIndex& index) const {

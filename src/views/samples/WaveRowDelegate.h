@@ -5,11 +5,6 @@
 
 namespace tamboro {
 
-/// The cells of a sample's row.
-namespace waveColumn {
-enum : int { play, name, tag, number, pending, add, remove, loop, count };
-}  // namespace waveColumn
-
 /// What a sample's cells tell their delegate; texts stand in Qt::DisplayRole.
 namespace waveRole {
 constexpr int symbol = rowRole::own;    ///< name of the symbol that fills the cell; empty in an empty slot
@@ -18,7 +13,7 @@ constexpr int tint = rowRole::own + 1;  ///< int of WaveTint, the symbol's colou
 
 enum class WaveTint { quiet, faint, accent, red, orange };
 
-/// Paints a sample's row, cell by cell.
+/// Paints a sample's row, cell by cell, as its columns tell.
 class WaveRowDelegate : public RowDelegate {
   Q_OBJECT
 
@@ -31,9 +26,6 @@ class WaveRowDelegate : public RowDelegate {
  protected:
   void paintCell(QPainter& painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
   int rowHeight(const QModelIndex& index) const override;
-
- private:
-  int tagWidth() const;
 };
 
 /// What a sample looks like while it is dragged.

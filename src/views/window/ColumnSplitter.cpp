@@ -131,6 +131,13 @@ QSize ColumnSplitter::minimumSizeHint() const {
   return {leastWindow, QSplitter::minimumSizeHint().height()};
 }
 
+void ColumnSplitter::setState(const State& state) {
+  leftWidth_ = state.leftWidth;
+  rightWidth_ = state.rightWidth;
+  isWanted_ = state.isLeftWanted;
+  arrange();
+}
+
 void ColumnSplitter::setLeftShown(bool on) {
   (isNarrow_ ? isForced_ : isWanted_) = on;
   arrange();

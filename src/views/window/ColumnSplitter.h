@@ -15,6 +15,15 @@ class ColumnSplitter : public QSplitter {
  public:
   ColumnSplitter(QWidget* left, QWidget* middle, QWidget* right, QWidget* parent = nullptr);
 
+  /// What the user chose: the widths of the outer columns in pixels, as drawn, and the left one in a window with room.
+  struct State {
+    int leftWidth;
+    int rightWidth;
+    bool isLeftWanted;
+  };
+  State state() const { return {leftWidth_, rightWidth_, isWanted_}; }
+  void setState(const State& state);
+
   bool isLeftShown() const { return isNarrow_ ? isForced_ : isWanted_; }
   void setLeftShown(bool on);
   QSize minimumSizeHint() const override;

@@ -36,6 +36,7 @@ class ContentView : public QWidget {
   void setShowingTagEditor(bool on);
   bool showingTagEditor() const { return !tagEditor_.isNull(); }
 
+  ColumnSplitter& columns() { return *columns_; }
   bool isKitListShown() const;
   /// By the user's hand: what is shown so gets the keyboard.
   void setKitListShown(bool on);

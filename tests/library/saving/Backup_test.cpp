@@ -84,6 +84,16 @@ TEST(Backup, RefusesPlacesThatOverlapTheCard) {
   }
 }
 
+TEST(Backup, LeavesCopiesThatTheUserKeepsBesideIt) {
+  SaveFixture fixture;
+  const Tree kept{{"KIT/kit001.spd", "kept"}};
+  for (const char* place : {"/backup.old", "/backup.new"})
+    writeTree(fixture.files, place, kept);
+  backUp(fixture.files, "/backup");
+  for (const char* place : {"/backup.old", "/backup.new"})
+    EXPECT_THAT(readTree(fixture.files, place), IsTree(kept));
+}
+
 // A name that begins like the card's is no overlap.
 TEST(Backup, TakesNeighbours) {
   SaveFixture fixture;
@@ -106,14 +116,14 @@ TEST(Backup, FailuresNeverReachTheCard) {
     const std::uint64_t count = failing.count();
     EXPECT_THAT(fixture.card(), IsTree(fixture.before));
     const auto isWhole = [&](const Tree& whole) {
-      return std::ranges::any_of(std::array{"/backup", "/backup.old"}, [&](const char* place) {
+      return std::ranges::any_of(std::array{"/backup", "/.tamboro-old-backup"}, [&](const char* place) {
         return fixture.files.status(place).kind == FileKind::folder && readTree(fixture.files, place) == whole;
       });
     };
     EXPECT_TRUE(isWhole({{"KIT/old", "old"}}) || isWhole(copyOf(fixture.before)));
     if (thrown) backUp(fixture.files, "/backup");
     EXPECT_THAT(readTree(fixture.files, "/backup"), IsTree(copyOf(fixture.before)));
-    for (const char* leftover : {"/backup.new", "/backup.old"})
+    for (const char* leftover : {"/.tamboro-new-backup", "/.tamboro-old-backup"})
       EXPECT_EQ(fixture.files.status(leftover).kind, FileKind::none) << leftover;
     return count;
   });

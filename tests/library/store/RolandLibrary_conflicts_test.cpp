@@ -221,6 +221,79 @@ TEST(Conflicts, ADeletionThatFailsStaysPendingAsAWhole) {
   }
 }
 
+// A save that failed has begun only what it came to: what comes to the card behind it isn't ours to replace or remove.
+TEST(Conflicts, WhatAFailedSaveHadNotComeToIsNotOurs) {
+  for (const bool isDeleted : {false, true}) {
+    SCOPED_TRACE(isDeleted);
+    TestStore store;
+    store.open();
+    writeFile(store.files, "/home/new.wav", "new");
+    ASSERT_EQ(store.import("/home/new.wav", "New"), "");
+    store.library.createKit(1, true);
+    store.files.setVolume("/media/card", {"fat:1234-ABCD", {4096, 4096}, false});
+    store.library.save([](const std::exception_ptr& error) { EXPECT_NE(error, nullptr); });
+    if (isDeleted) store.library.deleteWave(200);
+    store.jobs.runAll();
+    store.files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}, false});
+    for (const char* place : {"KIT/kit000.spd", "WAVE/DATA/02/new.wav"})
+      writeFile(store.files, TestStore::root / place, "another's");
+    EXPECT_THAT(store.save(ChangedFiles::replace), HasSubstr(isDeleted ? "KIT/kit000.spd" : "new.wav"));
+    store.library.deleteKit(0);
+    store.library.deleteWave(200);
+    EXPECT_EQ(store.save(ChangedFiles::replace), "");
+    EXPECT_EQ(store.card().at("WAVE/DATA/02/new.wav"), "another's");
+    EXPECT_EQ(store.card().at("KIT/kit000.spd"), "another's");
+  }
+}
+
+TEST(Conflicts, AudioOfASampleThatWasNeverReadStays) {
+  for (const char* unread : {"WAVE/PRM/02/08.spd", "WAVE/PRM/02/08.SPD"}) {
+    TestStore store;
+    store.open();
+    store.library.deleteWave(205);
+    store.files.removeFile(TestStore::root / "WAVE/PRM/02/05.spd");
+    writeFile(store.files, TestStore::root / unread, "<WvPrm><Path>02/KICK.wav</Path></WvPrm>");
+    EXPECT_EQ(store.save(), "");
+    EXPECT_EQ(store.card().at("WAVE/DATA/02/kick.wav"), "kick audio");
+  }
+}
+
+// Each failure is met once: the sample is unsaved or gone from the card, and nobody else's audio goes with it.
+TEST(Conflicts, ADeletionThatCannotBeDecidedStaysPending) {
+  const std::pair<FileOperation, const char*> failures[] = {
+      {FileOperation::list, "PRM"}, {FileOperation::resolved, "DATA"}, {FileOperation::status, "Studio"}};
+  for (const auto& [operation, part] : failures) {
+    SCOPED_TRACE(part);
+    MemoryFileSystem files;
+    FailingFileSystem failing(files);
+    TestStore store(files, failing);
+    store.open(cardWithLongName());
+    files.addShortName(TestStore::root / longName, "KICKDR~1.WAV");
+    store.library.deleteWave(209);
+    const Tree before = store.card();
+    failing.failWhere([wanted = operation, where = std::string(part)](FileOperation asked, const Path& path) {
+      return asked == wanted && path.native().find(where) != std::string::npos;
+    });
+    EXPECT_NE(store.save(), "");
+    EXPECT_TRUE(store.library.hasUnsavedChanges());
+    EXPECT_EQ(difference(withoutIndexes(before), withoutIndexes(store.card())), "");
+    failing.failNothing();
+    EXPECT_EQ(store.save(), "");
+    EXPECT_FALSE(store.card().contains("WAVE/PRM/02/09.spd"));
+    EXPECT_EQ(store.card().at(longName.string()), "long");
+  }
+}
+
+TEST(Conflicts, ALinkedKitsDeletionIsNotToldAsDone) {
+  TestStore store;
+  store.mountCard("fat:1234-ABCD", sampleCard());
+  store.files.addLink(TestStore::root / "KIT/kit009.spd", TestStore::root / "KIT/kit004.spd");
+  store.library.load("/media/card");
+  store.library.deleteKit(9);
+  EXPECT_NE(store.save(), "");
+  EXPECT_TRUE(store.library.hasUnsavedChanges());
+}
+
 TEST(Conflicts, OpeningAnotherCardWaitsForTheSavesThatWereAskedFor) {
   TestStore store;
   store.open();

@@ -77,10 +77,10 @@ std::vector<Edit> edits() {
       {"sub level", [](auto& s) { s.setPadSubLevel(1, 2, 50.5); }, pad, pad3("<SubWvLevel>50</SubWvLevel>")},
       {"sub pan", [](auto& s) { s.setPadSubPan(1, 2, -2); }, pad, pad3("<SubWvPan>0</SubWvPan>")},
       {"mono", [](auto& s) { s.setPadPoly(1, 2, false); }, pad, pad3("<VoiceAsgn>0</VoiceAsgn>")},
-      {"mute group", [](auto& s) { s.setPadInteger(1, 2, elements::muteGroup, 9); }, pad, pad3("<MuteGrp>8</MuteGrp>")},
-      {"output", [](auto& s) { s.setPadInteger(1, 2, elements::outputAssign, 77); }, pad,
-       pad3("<OutAsgn>77</OutAsgn>")},
-      {"loop", [](auto& s) { s.setPadFlag(1, 2, elements::loop, true); }, pad, pad3("<Loop>1</Loop>")},
+      {"mute group", [](auto& s) { s.setPadInteger(1, 2, padSetting("muteGroup"), 9); }, pad,
+       pad3("<MuteGrp>8</MuteGrp>")},
+      {"output", [](auto& s) { s.setPadInteger(1, 2, padSetting("output"), 77); }, pad, pad3("<OutAsgn>77</OutAsgn>")},
+      {"loop", [](auto& s) { s.setPadFlag(1, 2, padSetting("loop"), true); }, pad, pad3("<Loop>1</Loop>")},
       {"a default that was missing", [](auto& s) { s.setPadPan(1, 2, 15); }, pad, pad3("<WvPan>15</WvPan>")},
       {"a pad that was empty", [](auto& s) { s.setPadLevel(4, 0, 7); }, pad,
        [](Tree& card) { change(card, kit4, "<PadPrm/>", "<PadPrm>\n\t\t<WvLevel>7</WvLevel>\n\t</PadPrm>"); }},
@@ -164,7 +164,7 @@ TEST(Edit, WithoutItsRecordChangesAndRegistersNothing) {
     for (const int pad : {-1, 15}) {
       library.setPadSound(1, pad, 1);
       library.resetPad(1, pad);
-      library.applySettingsToAllPads(1, pad, {SetAllPadField::level});
+      library.applySettingsToAllPads(1, pad, {&padSetting("padVolume")});
     }
     library.applySettingsToAllPads(1, 0, {});
     library.setWaveTag(300, 1);
@@ -219,7 +219,7 @@ TEST(ApplyToAll, CopiesTheChosenSettingsInOneStep) {
   const Kit before = *library.kit(1);
   store.turn([&] {
     library.applySettingsToAllPads(
-        1, 4, {SetAllPadField::level, SetAllPadField::muteGroup, SetAllPadField::reverse, SetAllPadField::midiChannel});
+        1, 4, {&padSetting("padVolume"), &padSetting("muteGroup"), &padSetting("reverse"), &padSetting("midiChannel")});
   });
   for (int i = 0; i < 15; ++i) {
     const Pad pad = *library.kit(1)->pad(i);

@@ -67,20 +67,20 @@ TEST_F(PadDetail, EachMenuWritesItsLeaf) {
     elements::IntegerLeaf leaf;
     std::int64_t stored;
   } cases[] = {
-      {"muteGroup", "8", elements::muteGroup, 8},
-      {"muteGroup", "Off", elements::muteGroup, 0},
-      {"notePitch", "C#/Db", elements::note, 61},
-      {"noteOctave", "Octave 9", elements::note, 121},
-      {"notePitch", "A", elements::note, 127},
-      {"notePitch", "A", elements::note, 127},  // cut to the number that is there: the store says nothing
-      {"notePitch", "C", elements::note, 120},
-      {"noteOctave", "Octave -1", elements::note, 0},
-      {"poly", "MONO", elements::voiceAssign, 0},
-      {"poly", "POLY", elements::voiceAssign, 1},
-      {"triggerTypeMenu", "GATE", elements::triggerType, 1},
-      {"outputMenu", "Phones Only", elements::outputAssign, 4},
-      {"midiChannel", "1", elements::midiChannel, 1},
-      {"midiChannel", "Global", elements::midiChannel, -1},
+      {"muteGroup", "8", padSetting("muteGroup").leaf, 8},
+      {"muteGroup", "Off", padSetting("muteGroup").leaf, 0},
+      {"notePitch", "C#/Db", padSetting("note").leaf, 61},
+      {"noteOctave", "Octave 9", padSetting("note").leaf, 121},
+      {"notePitch", "A", padSetting("note").leaf, 127},
+      {"notePitch", "A", padSetting("note").leaf, 127},  // cut to the number that is there: the store says nothing
+      {"notePitch", "C", padSetting("note").leaf, 120},
+      {"noteOctave", "Octave -1", padSetting("note").leaf, 0},
+      {"poly", "MONO", padSetting("poly").leaf, 0},
+      {"poly", "POLY", padSetting("poly").leaf, 1},
+      {"triggerTypeMenu", "GATE", padSetting("triggerType").leaf, 1},
+      {"outputMenu", "Phones Only", padSetting("output").leaf, 4},
+      {"midiChannel", "1", padSetting("midiChannel").leaf, 1},
+      {"midiChannel", "Global", padSetting("midiChannel").leaf, -1},
   };
   for (const auto& row : cases) {
     choose(menu(row.menu), QString::fromLatin1(row.row));
@@ -97,10 +97,10 @@ TEST_F(PadDetail, EachSwitchAndSliderWritesItsLeaf) {
   const struct {
     const char* name;
     elements::IntegerLeaf leaf;
-  } switches[] = {{"loop", elements::loop},
-                  {"tempoSync", elements::tempoSync},
-                  {"dynamics", elements::dynamics},
-                  {"reverse", elements::reverse}};
+  } switches[] = {{"loop", padSetting("loop").leaf},
+                  {"tempoSync", padSetting("tempoSync").leaf},
+                  {"dynamics", padSetting("dynamics").leaf},
+                  {"reverse", padSetting("reverse").leaf}};
   for (const auto& row : switches) {
     QTest::mouseClick(&find<QCheckBox>(row.name), Qt::LeftButton);
     EXPECT_EQ(row.leaf.read(pad().node), 1) << row.name;
@@ -116,10 +116,10 @@ TEST_F(PadDetail, EachSwitchAndSliderWritesItsLeaf) {
     elements::IntegerLeaf leaf;
     std::int64_t stored;
     const char* shown;
-  } sliders[] = {{"padVolumeSlider", "padVolumeValue", elements::waveLevel, 91, "91"},
-                 {"padPanSlider", "padPanValue", elements::wavePan, 16, "R1"},
-                 {"subVolumeSlider", "subVolumeValue", elements::subWaveLevel, 100, "100"},
-                 {"subPanSlider", "subPanValue", elements::subWavePan, 16, "R1"}};
+  } sliders[] = {{"padVolumeSlider", "padVolumeValue", padSetting("padVolume").leaf, 91, "91"},
+                 {"padPanSlider", "padPanValue", padSetting("padPan").leaf, 16, "R1"},
+                 {"subVolumeSlider", "subVolumeValue", padSetting("subVolume").leaf, 100, "100"},
+                 {"subPanSlider", "subPanValue", padSetting("subPan").leaf, 16, "R1"}};
   for (const auto& row : sliders) {
     auto& slider = find<QSlider>(row.name);
     if (slider.value() == slider.maximum()) QTest::keyClick(&slider, Qt::Key_Left);
@@ -150,11 +150,11 @@ TEST_F(PadDetail, ShowsWhatIsStored) {
 }
 
 TEST_F(PadDetail, ValuesOutsideTheRowsAreShownAndKept) {
-  put(elements::triggerType, 7);
-  put(elements::muteGroup, 12);
-  put(elements::midiChannel, 17);
-  put(elements::note, 200);
-  put(elements::waveLevel, 250);
+  put(padSetting("triggerType").leaf, 7);
+  put(padSetting("muteGroup").leaf, 12);
+  put(padSetting("midiChannel").leaf, 17);
+  put(padSetting("note").leaf, 200);
+  put(padSetting("padVolume").leaf, 250);
   EXPECT_EQ(menu("triggerTypeMenu").currentText(), QStringLiteral("(7)"));
   for (const char* name : {"muteGroup", "midiChannel", "noteOctave"})
     EXPECT_EQ(menu(name).currentIndex(), -1) << name;
