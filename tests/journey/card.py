@@ -32,12 +32,12 @@ def places(content):
         name = re.match(r"<([^/>]+)", element)[1]
         place = counts[-1].get(name, 0)
         counts[-1][name] = place + 1
-        path = "/".join([*open_elements, name if place == 0 else f"{name}[{place}]"])
+        step = name if place == 0 else f"{name}[{place}]"
         leaf = re.fullmatch(r"<[^>]+>(.*)</[^>]+>", element)
         if leaf:
-            found[path] = (number, leaf[1])
+            found["/".join([*open_elements, step])] = (number, leaf[1])
         elif not element.endswith("/>"):
-            open_elements.append(name if place == 0 else f"{name}[{place}]")
+            open_elements.append(step)
             counts.append({})
     return found
 
@@ -55,17 +55,11 @@ def name_leaves(prefix, width, text):
     return {f"{prefix}{cell}": str(ord(text[cell]) if cell < len(text) else 0) for cell in range(width)}
 
 
-def name(content, prefix, width):
-    codes = (int(leaf(content, f"{prefix}{cell}")) for cell in range(width))
-    return "".join(chr(code) for code in codes if code)
-
-
 def patched(content, leaves):
     """The same bytes with other texts in these leaves."""
     lines = content.splitlines(keepends=True)
-    found = places(content)
     for path, text in leaves.items():
-        number = found[path][0]
+        number = places(content)[path][0]
         lines[number] = re.sub(rb">[^<]*<", b">" + str(text).encode() + b"<", lines[number], count=1)
     return b"".join(lines)
 
@@ -78,25 +72,12 @@ def differences(expected, actual):
         elif path not in expected:
             yield f"{path} is new"
         elif expected[path] != actual[path]:
-            yield f"{path} differs{what_differs(expected[path], actual[path])}"
+            yield f"{path} is {actual[path][-2000:]!r} and should be {expected[path][-2000:]!r}"
 
 
-def what_differs(expected, actual):
-    try:
-        wanted, found = places(expected), places(actual)
-    except (AttributeError, TypeError, ValueError, IndexError):
-        return ""
-    leaves = [
-        f"{path} is {found.get(path, (0, 'absent'))[1]} and should be {wanted.get(path, (0, 'absent'))[1]}"
-        for path in sorted(wanted.keys() | found.keys())
-        if wanted.get(path, ("", ""))[1] != found.get(path, ("", ""))[1]
-    ]
-    return ": " + ("; ".join(leaves[:6]) if leaves else "in its layout")
-
-
-def new_sample(text, tag, path):
+def new_sample(text, path):
     """The parameter file of an imported sample."""
-    leaves = {**name_leaves("Nm", 12, text), "Tag": tag, "Tempo": 1200, "Beat": 4, "Measure": 0, "Start": 0, "End": 0, "Path": path}
+    leaves = {**name_leaves("Nm", 12, text), "Tag": 0, "Tempo": 1200, "Beat": 4, "Measure": 0, "Start": 0, "End": 0, "Path": path}
     lines = [f"\t<{element}>{value}</{element}>" for element, value in leaves.items()]
     return "\n".join(["<WvPrm>", *lines, "</WvPrm>", ""]).encode()
 
@@ -107,26 +88,24 @@ def with_lists(tree):
     for path, content in tree.items():
         place = re.fullmatch(CARD + r"WAVE/PRM/(\d\d)/(\d\d)\.spd", path)
         if place:
-            key = unicodedata.normalize("NFC", name(content, "WvPrm/Nm", 12).lower())
+            name = "".join(chr(int(leaf(content, f"WvPrm/Nm{cell}"))) for cell in range(12)).rstrip("\0")
+            key = unicodedata.normalize("NFC", name.lower())
             samples.append((int(leaf(content, "WvPrm/Tag")), key, int(place[1]) * 100 + int(place[2])))
     tags = range(tree[f"{CARD}SYSTEM/tag_list.spd"].count(b"<TagPrm>"))
-    by_name = sorted(samples, key=lambda sample: sample[1:])
-    by_number = sorted(samples, key=lambda sample: sample[2])
+    by_name = sorted(samples, key=lambda each: each[1:])
+    by_number = sorted(samples, key=lambda each: each[2])
+
+    def entries(chosen, depth):
+        return [f"{chr(9) * depth}<Wv>{each[2]}</Wv>" for each in chosen]
+
+    def by_tag(ordered):
+        groups = (["\t<WvList>", *entries([each for each in ordered if each[0] == tag], 2), "\t</WvList>"] for tag in tags)
+        return [line for group in groups for line in group]
+
     lists = (
-        list_file("WvListSortbyName", [entry(sample, 1) for sample in by_name]),
-        list_file("WvListSortbyName_Tag", [line for tag in tags for line in list_of_tag(by_name, tag)]),
-        list_file("WvListSortbyNum_Tag", [line for tag in tags for line in list_of_tag(by_number, tag)]),
+        ("WvListSortbyName", entries(by_name, 1)),
+        ("WvListSortbyName_Tag", by_tag(by_name)),
+        ("WvListSortbyNum_Tag", by_tag(by_number)),
     )
-    return tree | dict(zip(WAVE_LISTS, lists))
-
-
-def list_file(root, lines):
-    return "\n".join([f"<{root}>", *lines, f"</{root}>", ""]).encode()
-
-
-def list_of_tag(samples, tag):
-    return ["\t<WvList>", *(entry(sample, 2) for sample in samples if sample[0] == tag), "\t</WvList>"]
-
-
-def entry(sample, depth):
-    return f"{chr(9) * depth}<Wv>{sample[2]}</Wv>"
+    written = ("\n".join([f"<{root}>", *lines, f"</{root}>", ""]).encode() for root, lines in lists)
+    return tree | dict(zip(WAVE_LISTS, written))

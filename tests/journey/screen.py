@@ -85,26 +85,12 @@ def is_showing(thing):
     return states.contains(pyatspi.STATE_SHOWING) and states.contains(pyatspi.STATE_VISIBLE)
 
 
-def is_checked(thing):
-    return thing.getState().contains(pyatspi.STATE_CHECKED)
-
-
-def is_selected(thing):
-    return thing.getState().contains(pyatspi.STATE_SELECTED)
-
-
 class Window:
     """The running program. What is looked for by role and name is waited for."""
 
     def __init__(self, options, home):
         self.screenshots = options.screenshots
-        environment = {
-            **os.environ,
-            "QT_QPA_PLATFORM": "xcb",
-            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-            "SDL_AUDIODRIVER": "dummy",
-            **getattr(options, "environment", {}),
-        }
+        environment = {**os.environ, "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "SDL_AUDIODRIVER": "dummy"}
         command = [str(SCRIPTS / "in-home"), str(home), "", options.tamboro]
         self.stderr = tempfile.TemporaryFile()
         self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stderr=self.stderr, env=environment)
@@ -165,50 +151,35 @@ class Window:
 
     def within(self, group, role, name):
         """A thing in a named group: "Volume" is there once for the kit and once for the pad."""
-        return wait_for(
-            f'the {role} "{name}" in {group.name}',
-            lambda: self.first(group, lambda thing: thing.getRoleName() == role and thing.name == name),
-        )
+
+        def matches(thing):
+            return thing.getRoleName() == role and thing.name == name
+
+        return wait_for(f'the {role} "{name}" in {group.name}', lambda: self.first(group, matches))
 
     # ---- the mouse
 
-    def place(self, thing, across=0.5, down=0.5):
+    def place(self, thing):
         box = thing.queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
-        return box.x + int(box.width * across), box.y + int(box.height * down)
+        return box.x + box.width // 2, box.y + box.height // 2
 
-    def click(self, thing, button=1, times=1, across=0.5, down=0.5):
-        xdotool("mousemove", *self.place(thing, across, down), "click", "--repeat", times, "--delay", 60, button)
+    def click(self, thing, button=1, times=1):
+        xdotool("mousemove", *self.place(thing), "click", "--repeat", times, "--delay", 60, button)
 
-    def drag(self, thing, target):
+    def drag(self, start, end):
         """By real button and motion events, slowly enough for the drag's own protocol."""
-        xdotool("mousemove", *self.place(thing), "mousedown", 1)
-        x, y = self.place(thing)
-        end_x, end_y = self.place(target)
-        for step in range(1, 11):
-            xdotool("mousemove", x + (end_x - x) * step // 10, y + (end_y - y) * step // 10)
-            time.sleep(0.05)
-        time.sleep(0.3)
+        xdotool("mousemove", *start, "mousedown", 1)
+        for step in range(1, 21):
+            xdotool("mousemove", *(a + (b - a) * step // 20 for a, b in zip(start, end)))
+            time.sleep(0.03)
+        time.sleep(0.5)
         xdotool("mouseup", 1)
 
-    # ---- menus
-
-    def choose(self, row):
-        """An entry of the menu that is open: by its letters and Return, for menus are no part of the tree."""
+    def menu(self, title, row):
+        """By its letters, for a menu that isn't open is no part of the tree."""
+        self.click(self.named("menu item", title))
         self.click(self.named("menu item", row))
         wait_for(f'the entry "{row}" to go', lambda: not self.find("menu item", row))
-
-    def menu(self, title, row):
-        self.click(self.named("menu item", title))
-        self.choose(row)
-
-    def offers(self, title, row):
-        """Whether a menu's row, whose text may go on, can be chosen."""
-        self.click(self.named("menu item", title))
-        item = self.starting("menu item", row)
-        offered = item.getState().contains(pyatspi.STATE_ENABLED)
-        keys("Escape")
-        wait_for(f'the menu "{title}" to close', lambda: not self.find("menu item", item.name))
-        return offered
 
     # ---- the program's own
 
@@ -260,20 +231,11 @@ def text_of(thing):
     return text.getText(0, text.characterCount)
 
 
-def press(thing, *wanted_actions):
-    """The thing's own press, or another of its actions, without mouse or keyboard."""
+def press(thing):
+    """The thing's own press, without mouse or keyboard."""
     actions = thing.queryAction()
-    names = [actions.getName(number) for number in range(actions.nActions)]
-    for wanted in wanted_actions or ("Press", "Toggle", "press", "toggle"):
-        if wanted in names:
-            return actions.doAction(names.index(wanted))
-    raise Failure(f'"{thing.name}" has no such action among {names}')
-
-
-def dump(thing, depth=0):
-    """The tree as text, for whoever writes the next journey."""
-    if thing is None or not is_showing(thing):
-        return
-    print(f"{'  ' * depth}{thing.getRoleName()} \"{thing.name}\"")
-    for child in thing:
-        dump(child, depth + 1)
+    names = [actions.getName(number).lower() for number in range(actions.nActions)]
+    wanted = next((name for name in ("press", "toggle") if name in names), None)
+    if not wanted:
+        raise Failure(f'"{thing.name}" can\'t be pressed, only {names}')
+    return actions.doAction(names.index(wanted))

@@ -14,36 +14,29 @@ class HandTimers : public Timers {
  public:
   std::unique_ptr<RepeatingTimer> repeat(double seconds, std::function<void()> tick) override {
     auto timer = std::make_unique<HandTimer>();
-    started_.push_back({seconds, std::move(tick), timer->life});
+    timer->settings = std::make_shared<Settings>(seconds, std::move(tick));
+    started_.push_back(timer->settings);
     return timer;
   }
-
   /// One tick of every timer that runs now.
   void tick() {
-    const std::vector<Started> all = started_;
-    for (const Started& timer : all) {
-      if (!timer.life.expired()) timer.tick();
-    }
+    for (const auto& timer : std::vector(started_))
+      if (const auto running = timer.lock()) running->second();
   }
   /// The periods of the running timers in seconds, as they were asked for.
   std::vector<double> periods() const {
     std::vector<double> result;
-    for (const Started& timer : started_) {
-      if (!timer.life.expired()) result.push_back(timer.seconds);
-    }
+    for (const auto& timer : started_)
+      if (const auto running = timer.lock()) result.push_back(running->first);
     return result;
   }
 
  private:
+  using Settings = std::pair<double, std::function<void()>>;
   struct HandTimer : RepeatingTimer {
-    std::shared_ptr<int> life = std::make_shared<int>();
+    std::shared_ptr<Settings> settings;
   };
-  struct Started {
-    double seconds;
-    std::function<void()> tick;
-    std::weak_ptr<int> life;
-  };
-  std::vector<Started> started_;
+  std::vector<std::weak_ptr<Settings>> started_;
 };
 
 }  // namespace tamboro::test

@@ -23,8 +23,7 @@ struct TestStore {
   static inline const Path staging = "/home/data/tamboro/staging";
   static inline const Path backup = "/home/documents/Tamboro Backup";
 
-  MemoryFileSystem ownFiles;
-  MemoryFileSystem& files;
+  MemoryFileSystem files;
   MemoryDefaults defaults;
   HandJobs jobs;
   HandTimers timers;
@@ -32,12 +31,11 @@ struct TestStore {
   RolandLibrary library;
 
   TestStore();
-  /// A store that works on the memory through another file system, such as a failing one.
-  TestStore(MemoryFileSystem& memory, FileSystem& through);
-
   /// Mounts the card's volume with these files and opens it.
   void open(const Tree& card = sampleCard());
   void mountCard(const std::string& serial, const Tree& card);
+  /// Of the card as `open` mounts it.
+  void setReadOnly(bool on);
   Tree card() const { return readTree(files, root); }
   /// One turn of the event loop with these edits in it.
   template<class Edits>
@@ -45,7 +43,8 @@ struct TestStore {
     edits();
     library.undoManager().endTurn();
   }
-  /// Saves and runs the job to its end; the error's text, or an empty one.
+  /// Starts an operation that ends with a completion and runs all jobs; the error's text, or an empty one.
+  std::string ended(const std::function<void(RolandLibrary::Completion)>& start);
   std::string save(RolandLibrary::ChangedFiles changed = RolandLibrary::ChangedFiles::refuse);
   std::string import(const Path& source, const std::string& name, std::int64_t tag = 0);
 };

@@ -16,16 +16,13 @@ void visitEntries(const FileSystem& files, const Path& folder, const Path& relat
   }
 }
 
-std::string excerpt(const std::string& bytes, std::size_t at) {
-  const std::size_t begin = at < 20 ? 0 : at - 20;
-  return ::testing::PrintToString(bytes.substr(std::min(begin, bytes.size()), 60));
-}
-
 std::string contentDifference(const std::string& expected, const std::string& actual) {
   const auto parted = std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end());
   const auto at = static_cast<std::size_t>(parted.first - expected.begin());
-  return " differs at byte " + std::to_string(at) + ": expected ..." + excerpt(expected, at) + ", is ..." +
-         excerpt(actual, at);
+  const auto around = [&](const std::string& bytes) {
+    return ::testing::PrintToString(bytes.substr(at - std::min<std::size_t>(at, 20), 60));
+  };
+  return " differs at byte " + std::to_string(at) + ": expected ..." + around(expected) + ", is ..." + around(actual);
 }
 
 }  // namespace

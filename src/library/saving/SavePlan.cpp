@@ -112,7 +112,7 @@ std::set<std::string> audioOfUnreadSamples(const SaveSnapshot& snapshot, const F
   for (const std::int64_t bank : banks) {
     const Path folder = cardpaths::waveParameterFolder(bank);
     for (const std::string& name : listedIfThere(card, folder)) {
-      if (lowercased(Path(name).extension().native()) != ".spd" || snapshot.known.isKnown(folder / name)) continue;
+      if (!cardpaths::isDocument(Path(lowercased(name))) || snapshot.known.isKnown(folder / name)) continue;
       if (card.entryStatus(folder / name).kind != FileKind::regular) continue;
       card.read(folder / name, bytes);
       try {

