@@ -1,5 +1,3 @@
-// What makes one undo step. What a step then does is tried on the store's edits in tests/library.
-
 #include "platform/EventTurns.h"
 
 #include <gtest/gtest.h>
