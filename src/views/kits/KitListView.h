@@ -25,6 +25,8 @@ class KitListView : public QWidget {
   KitListView(RolandLibrary& store, Prompts& prompts, QWidget* parent = nullptr);
 
   void setShowingNewKitSheet();
+  /// The workspace has come up, with this list in sight or put away: the first time, a kit is selected if none is.
+  void appear();
   /// To the list, where the open kit is.
   void takeKeyboard();
   void search();

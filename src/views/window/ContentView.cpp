@@ -174,6 +174,8 @@ void ContentView::refresh() {
     pages_->setCurrentWidget(page);
     page->setFocus();  // else the first button of the toolbar gets it
   }
+  // A list that is put away, as in a narrow window, isn't told that it is shown.
+  if (isVisible()) kits_->appear();
   const Kit* kit = store_.selectedKit();
   middle_->setCurrentWidget(kit ? kit_ : static_cast<QWidget*>(noKit_));
   kit_->setKit(kit ? std::optional(kit->slot) : std::nullopt);
