@@ -15,7 +15,6 @@
 #include "views/lists/RowList.h"
 #include "views/look/Look.h"
 #include "views/look/LookStyle.h"
-#include "views/samples/WaveBrowserView.h"
 
 namespace {
 
@@ -46,8 +45,6 @@ class Screens {
     take("pad");
     scroll("kitEffects");
     take("effects");
-    openLoops();
-    take("loops");
     asked("tags", "tagsButton");
     asked("new-kit", "newKitButton");
     scroll("padDetail");
@@ -86,11 +83,6 @@ class Screens {
     auto& area = child<QScrollArea>("kitScroll");
     const QPoint place = child<QWidget>(section).mapTo(area.widget(), QPoint());
     area.verticalScrollBar()->setValue(place.y());
-  }
-
-  void openLoops() {
-    auto& browser = child<WaveBrowserView>("waveBrowserView");
-    browser.toggleLoopSettings({0, application_.library().waves().front().id()});
   }
 
   void selectSounds() {
