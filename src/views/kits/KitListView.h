@@ -25,7 +25,7 @@ class KitListView : public QWidget {
   KitListView(RolandLibrary& store, Prompts& prompts, QWidget* parent = nullptr);
 
   void setShowingNewKitSheet();
-  /// The workspace has come up, with this list in sight or put away: the first time, a kit is selected if none is.
+  /// Comes up for the first time, if only behind a hidden column: without a selected kit the first one is selected.
   void appear();
   /// To the list, where the open kit is.
   void takeKeyboard();

@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <functional>
 
+#include "library/CardConflict.h"
 #include "library/LibraryError.h"
-#include "library/saving/CardConflict.h"
 #include "library/store/RolandLibrary.h"
 #include "views/controls/Accessible.h"
 #include "views/controls/EmptyStatePanel.h"
@@ -173,9 +173,8 @@ void ContentView::refresh() {
   if (pages_->currentWidget() != page) {
     pages_->setCurrentWidget(page);
     page->setFocus();  // else the first button of the toolbar gets it
+    kits_->appear();   // a narrow window hides the list, and no kit would open
   }
-  // A list that is put away, as in a narrow window, isn't told that it is shown.
-  if (isVisible()) kits_->appear();
   const Kit* kit = store_.selectedKit();
   middle_->setCurrentWidget(kit ? kit_ : static_cast<QWidget*>(noKit_));
   kit_->setKit(kit ? std::optional(kit->slot) : std::nullopt);
