@@ -60,13 +60,12 @@ TEST(ContentView, RestoresCardAndKitWhenItFirstAppears) {
 
 TEST(ContentView, SelectsTheFirstKitWithTheKitListPutAway) {
   MainWindow main;
-  main.store.mountCard("fat:1234-ABCD", sampleCard());
-  main.store.defaults.setBytes(RolandLibrary::bookmarkKey, *makeBookmark("/media/card"));
-  main.window.resize(900, 600);
+  main.content.setKitListShown(false);
   main.show();
+  main.store.open();
+  settle();
   EXPECT_FALSE(main.find("kitList").isVisible());
   EXPECT_EQ(main.library.selectedKitSlot(), 1);
-  EXPECT_TRUE(main.find("kitEditor").isVisible());
 }
 
 TEST(ContentView, FollowsTheSelectedKitAndCounts) {
