@@ -28,9 +28,9 @@ SessionHold::~SessionHold() {
   release();
 }
 
-void SessionHold::start(std::function<void()> work, std::function<void()> done) {
+BackgroundJobs::JobId SessionHold::start(std::function<void()> work, std::function<void()> done) {
   if (running_++ == 0) patience_.start();
-  jobs_->start(std::move(work), [this, done = std::move(done)] {
+  return jobs_->start(std::move(work), [this, done = std::move(done)] {
     done();
     // `done` may have started the next one.
     if (--running_ == 0) release();

@@ -23,7 +23,8 @@ class SessionHold : public QObject, public BackgroundJobs {
                        const QDBusConnection& session = QDBusConnection::sessionBus());
   ~SessionHold() override;
 
-  void start(std::function<void()> work, std::function<void()> done) override;
+  JobId start(std::function<void()> work, std::function<void()> done) override;
+  void waitFor(JobId job) override { jobs_->waitFor(job); }
   void waitForAll() override { jobs_->waitForAll(); }
 
  private:

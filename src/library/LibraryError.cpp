@@ -1,7 +1,7 @@
 #include "library/LibraryError.h"
 
 #include "card/SpdParseError.h"
-#include "library/saving/CardCheck.h"
+#include "library/CardConflict.h"
 
 namespace tamboro {
 

@@ -18,6 +18,11 @@ class LibraryError : public std::exception {
   Case case_;
 };
 
+/// As a completion is told of it.
+inline std::exception_ptr libraryError(LibraryError::Case which) {
+  return std::make_exception_ptr(LibraryError(which));
+}
+
 /// Whether an operation failed for want of room.
 bool isForRoom(const std::exception_ptr& error);
 /// What the user reads of a failed load, save, import or export: the error's own description; a sentence on what to do

@@ -3,7 +3,6 @@
 #include <QObject>
 #include <QThread>
 #include <condition_variable>
-#include <cstdint>
 #include <deque>
 #include <map>
 #include <mutex>
@@ -13,10 +12,12 @@ namespace tamboro {
 
 namespace {
 
+using JobId = BackgroundJobs::JobId;
+
 /// The works that have ended, in that order. The one thing that the threads share.
 class EndedQueue {
  public:
-  void push(std::uint64_t job) {
+  void push(JobId job) {
     {
       const std::lock_guard lock(mutex_);
       jobs_.push_back(job);
@@ -24,20 +25,25 @@ class EndedQueue {
     changed_.notify_one();
   }
 
-  bool tryPop(std::uint64_t& job) {
+  void remove(JobId job) {
+    const std::lock_guard lock(mutex_);
+    std::erase(jobs_, job);
+  }
+
+  bool tryPop(JobId& job) {
     const std::lock_guard lock(mutex_);
     return popLocked(job);
   }
 
-  std::uint64_t pop() {
+  JobId pop() {
     std::unique_lock lock(mutex_);
-    std::uint64_t job = 0;
+    JobId job = 0;
     changed_.wait(lock, [&] { return popLocked(job); });
     return job;
   }
 
  private:
-  bool popLocked(std::uint64_t& job) {
+  bool popLocked(JobId& job) {
     if (jobs_.empty()) return false;
     job = jobs_.front();
     jobs_.pop_front();
@@ -46,7 +52,7 @@ class EndedQueue {
 
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::deque<std::uint64_t> jobs_;
+  std::deque<JobId> jobs_;
 };
 
 /// A thread for each job: there are seldom more than one or two, each of them takes long, and none may wait behind
@@ -61,8 +67,8 @@ class ThreadJobs : public BackgroundJobs {
       job.thread->wait();
   }
 
-  void start(std::function<void()> work, std::function<void()> done) override {
-    const std::uint64_t number = ++lastNumber_;
+  JobId start(std::function<void()> work, std::function<void()> done) override {
+    const JobId number = ++lastNumber_;
     auto run = [this, number, work = std::move(work)]() noexcept {
       work();
       ended_.push(number);
@@ -73,6 +79,15 @@ class ThreadJobs : public BackgroundJobs {
     job.done = std::move(done);
     job.thread.reset(QThread::create(std::move(run)));
     job.thread->start(QThread::HighPriority);
+    return number;
+  }
+
+  void waitFor(JobId number) override {
+    const auto job = jobs_.find(number);
+    if (job == jobs_.end()) return;
+    job->second.thread->wait();
+    ended_.remove(number);
+    finish(number);
   }
 
   void waitForAll() override {
@@ -87,12 +102,12 @@ class ThreadJobs : public BackgroundJobs {
   };
 
   void deliverOne() {
-    // The event of an end that waitForAll has run already finds nothing, or a later end a little early.
-    std::uint64_t number = 0;
+    // The event of an end that was waited for finds nothing, or a later end a little early.
+    JobId number = 0;
     if (ended_.tryPop(number)) finish(number);
   }
 
-  void finish(std::uint64_t number) {
+  void finish(JobId number) {
     const auto node = jobs_.extract(number);
     node.mapped().thread->wait();  // what the work held is gone with it
     node.mapped().done();
@@ -100,8 +115,8 @@ class ThreadJobs : public BackgroundJobs {
 
   QObject receiver_;
   EndedQueue ended_;
-  std::map<std::uint64_t, Job> jobs_;
-  std::uint64_t lastNumber_ = 0;
+  std::map<JobId, Job> jobs_;
+  JobId lastNumber_ = 0;
 };
 
 }  // namespace

@@ -65,6 +65,19 @@ TEST_F(ThreadJobs, WaitingRunsTheEndsAndWhatTheyStartButNoOtherEvent) {
   EXPECT_THAT(ends, ElementsAre(1, 2));
 }
 
+TEST_F(ThreadJobs, OneJobIsWaitedForWithoutTheOthersAndWhatItThrewIsTold) {
+  std::promise<void> mayEnd;
+  jobs->start([&] { mayEnd.get_future().wait(); }, [&] { ends.push_back(1); });
+  const auto failing = jobs->attempt([] { throw std::runtime_error("no"); },
+                                     [&](const std::exception_ptr& error) { ends.push_back(error ? 2 : 0); });
+  jobs->waitFor(failing);
+  EXPECT_THAT(ends, ElementsAre(2));
+  jobs->waitFor(failing);
+  mayEnd.set_value();
+  processUntilEnds(2);
+  EXPECT_THAT(ends, ElementsAre(2, 1));
+}
+
 TEST_F(ThreadJobs, TheEndOfAllWaitsForRunningWorkAndDropsItsEnd) {
   bool worked = false;
   jobs->start(

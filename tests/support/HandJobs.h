@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <utility>
@@ -11,8 +12,20 @@ namespace tamboro::test {
 /// Jobs that run when the test says so, on its own thread.
 class HandJobs : public BackgroundJobs {
  public:
-  void start(std::function<void()> work, std::function<void()> done) override {
-    waiting_.push_back({std::move(work), std::move(done)});
+  JobId start(std::function<void()> work, std::function<void()> done) override {
+    waiting_.push_back({++lastId_, std::move(work), std::move(done)});
+    return lastId_;
+  }
+  void waitFor(JobId id) override {
+    const auto waiting = std::ranges::find(waiting_, id, &Job::id);
+    if (waiting != waiting_.end()) {
+      std::rotate(waiting_.begin(), waiting, waiting + 1);
+      runWork();
+    }
+    const auto ended = std::ranges::find(ended_, id, &Job::id);
+    if (ended == ended_.end()) return;
+    std::rotate(ended_.begin(), ended, ended + 1);
+    deliver();
   }
   void waitForAll() override { runAll(); }
 
@@ -22,13 +35,14 @@ class HandJobs : public BackgroundJobs {
     Job job = std::move(waiting_.front());
     waiting_.pop_front();
     job.work();
-    ended_.push_back(std::move(job.done));
+    job.work = nullptr;  // what it held is gone before its end
+    ended_.push_back(std::move(job));
     return true;
   }
   /// Runs the end of the oldest work that has run; false where there is none.
   bool deliver() {
     if (ended_.empty()) return false;
-    const auto done = std::move(ended_.front());
+    const auto done = std::move(ended_.front().done);
     ended_.pop_front();
     done();
     return true;
@@ -44,11 +58,13 @@ class HandJobs : public BackgroundJobs {
 
  private:
   struct Job {
+    JobId id;
     std::function<void()> work;
     std::function<void()> done;
   };
   std::deque<Job> waiting_;
-  std::deque<std::function<void()>> ended_;
+  std::deque<Job> ended_;
+  JobId lastId_ = 0;
 };
 
 }  // namespace tamboro::test

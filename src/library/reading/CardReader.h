@@ -1,19 +1,9 @@
 #pragma once
 
 #include "card/SpdParseError.h"
-#include "library/saving/SaveSnapshot.h"
+#include "library/contents/CardContent.h"
 
 namespace tamboro {
-
-/// A whole card as read: records in ascending order of their keys, each with its document.
-struct CardContent {
-  std::vector<Kit> kits;
-  std::vector<Wave> waves;
-  KitDocs kitDocs;
-  WaveDocs waveDocs;
-  SpdDocument tagListDoc;
-  KnownFiles known;  ///< settled
-};
 
 /// A parameter file that is no document; `what` is the parser's text.
 class DamagedFile : public SpdParseError {

@@ -4,7 +4,7 @@
 
 #include "library/CardPaths.h"
 #include "library/FileCopy.h"
-#include "library/saving/CardCheck.h"
+#include "library/contents/CardCheck.h"
 #include "library/saving/SavePlan.h"
 
 namespace tamboro {

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
+#include "library/contents/CardCheck.h"
 #include "library/saving/Backup.h"
-#include "library/saving/CardCheck.h"
 #include "library/saving/CardWriter.h"
+#include "library/saving/PlanCheck.h"
 #include "library/saving/SavePlan.h"
 
 namespace tamboro {

@@ -7,18 +7,10 @@
 #include <set>
 #include <vector>
 
-#include "card/SpdDocument.h"
-#include "library/KnownFiles.h"
-#include "model/Kit.h"
+#include "library/contents/CardContent.h"
 #include "model/TagList.h"
-#include "model/Wave.h"
-#include "platform/FileSystem.h"
 
 namespace tamboro {
-
-using KitDocs = std::map<std::int64_t, SpdDocument>;
-using WaveDocs = std::map<std::int64_t, SpdDocument>;
-using StagedFiles = std::map<std::int64_t, Path>;
 
 /// What a save works on, taken from the store on the main thread: plain values that no later edit reaches.
 struct SaveSnapshot {
@@ -41,7 +33,6 @@ struct SaveSnapshot {
   StagedFiles stagedAudioFiles;
   bool backupBeforeSave = false;
   Path backupDestination;
-  std::uint64_t loadCount = 0;  ///< which load the values come from; only the store reads it
 };
 
 /// What a save hands back when everything is written: the documents as written.

@@ -27,7 +27,7 @@ struct RolandLibrary::KitRecord {
   static Kit restored(const RolandLibrary&, const Key&, const Kit& snapshot) { return snapshot; }
   static void write(RolandLibrary& store, const Key& key, Kit value) {
     value.isDirty = true;
-    *store.findKit(key.slot) = std::move(value);
+    *store.card_.kit(key.slot) = std::move(value);
   }
 };
 
@@ -48,7 +48,7 @@ struct RolandLibrary::PadRecord {
   }
   static Pad restored(const RolandLibrary&, const Key&, const Pad& snapshot) { return snapshot; }
   static void write(RolandLibrary& store, const Key& key, const Pad& value) {
-    Kit& kit = *store.findKit(key.slot);
+    Kit& kit = *store.card_.kit(key.slot);
     kit.node.replaceChild(elements::pad, static_cast<std::size_t>(key.index), value.node);
     kit.isDirty = true;
   }
@@ -75,7 +75,7 @@ struct RolandLibrary::PadsRecord {
   }
   static Value restored(const RolandLibrary&, const Key&, const Value& snapshot) { return snapshot; }
   static void write(RolandLibrary& store, const Key& key, const Value& value) {
-    Kit& kit = *store.findKit(key.slot);
+    Kit& kit = *store.card_.kit(key.slot);
     kit.applyPads(value);
     kit.isDirty = true;
   }
@@ -97,12 +97,12 @@ struct RolandLibrary::WaveRecord {
   }
   /// A save between the edit and its undo has put the audio on the card: then the sample is no longer pending.
   static Wave restored(const RolandLibrary& store, const Key& key, Wave snapshot) {
-    snapshot.isPending = snapshot.isPending && store.stagedAudioFiles_.contains(key.id);
+    snapshot.isPending = snapshot.isPending && store.card_.stagedAudioFiles.contains(key.id);
     return snapshot;
   }
   static void write(RolandLibrary& store, const Key& key, Wave value) {
     value.isDirty = true;
-    *store.findWave(key.id) = std::move(value);
+    *store.card_.wave(key.id) = std::move(value);
   }
 };
 
@@ -110,10 +110,10 @@ struct RolandLibrary::TagListRecord {
   using Value = TagList;
   struct Key {};
   static constexpr Property property = Property::tagList;
-  static std::optional<TagList> read(const RolandLibrary& store, const Key&) { return store.tagList_; }
+  static std::optional<TagList> read(const RolandLibrary& store, const Key&) { return store.card_.tagList; }
   static void write(RolandLibrary& store, const Key&, TagList value) {
     value.isDirty = true;
-    store.tagList_ = std::move(value);
+    store.card_.tagList = std::move(value);
   }
 };
 

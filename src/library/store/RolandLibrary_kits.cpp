@@ -44,13 +44,14 @@ void RolandLibrary::exchangePads(Slot slot, int a, int b) {
 
 std::optional<Slot> RolandLibrary::nextFreeKitSlot() const {
   constexpr Slot slotCount = 1000;
-  auto kit = std::ranges::lower_bound(kits_, 0, {}, &Kit::slot);
+  auto kit = std::ranges::lower_bound(card_.kits, 0, {}, &Kit::slot);
   for (Slot free = 0; free < slotCount; ++free) {
-    while (kit != kits_.end() && kit->slot < free)
+    while (kit != card_.kits.end() && kit->slot < free)
       ++kit;
-    const bool isTaken = kit != kits_.end() && kit->slot == free;
+    const bool isTaken = kit != card_.kits.end() && kit->slot == free;
     if (isTaken) continue;
-    if (pendingKitDeletions_.contains(free) || isFreeOnCard(cardpaths::kitFile(free))) return free;
+    if (card_.pendingKitDeletions.contains(free) || card_.isFree(services_.files, cardpaths::kitFile(free)))
+      return free;
   }
   return std::nullopt;
 }
@@ -73,16 +74,14 @@ std::optional<Slot> RolandLibrary::createKit(Slot source, bool blank) {
     elements::kitName.write(created.node, created.name() + " Copy");
   }
   lives_.renew(RecordLives::Kind::kit, *slot);
-  const auto place = std::upper_bound(kits_.begin(), kits_.end(), *slot,
-                                      [](Slot wanted, const Kit& kit) { return wanted < kit.slot; });
-  kits_.insert(place, std::move(created));
+  card_.insert(std::move(created));
   Q_EMIT published(Property::kits);
   return slot;
 }
 
 /// There is no template of an empty kit: a blank kit is made out of the lowest one of the card.
 std::optional<Slot> RolandLibrary::createBlankKit() {
-  return kits_.empty() ? std::nullopt : createKit(kits_.front().slot, true);
+  return card_.kits.empty() ? std::nullopt : createKit(card_.kits.front().slot, true);
 }
 
 void RolandLibrary::copyPads(Slot slot) {
@@ -91,13 +90,13 @@ void RolandLibrary::copyPads(Slot slot) {
   std::map<int, Pad> copied;
   for (const Pad& pad : kit->pads())
     copied.emplace(pad.index, pad);
-  copiedPads_ = std::move(copied);
+  state_.copiedPads = std::move(copied);
   Q_EMIT published(Property::copiedPads);
 }
 
 void RolandLibrary::pasteCopiedPads(Slot slot, const std::optional<std::vector<int>>& indices) {
-  Kit* kit = findKit(slot);
-  if (!copiedPads_ || !kit) return;
+  Kit* kit = card_.kit(slot);
+  if (!state_.copiedPads || !kit) return;
   const std::vector<Pad> pads = kit->pads();
   std::vector<Pad> changed;
   const auto paste = [&](const Pad& copied) {
@@ -106,10 +105,10 @@ void RolandLibrary::pasteCopiedPads(Slot slot, const std::optional<std::vector<i
   };
   if (indices) {
     for (const int index : *indices) {
-      if (const auto copied = copiedPads_->find(index); copied != copiedPads_->end()) paste(copied->second);
+      if (const auto copied = state_.copiedPads->find(index); copied != state_.copiedPads->end()) paste(copied->second);
     }
   } else {
-    for (const auto& [index, pad] : *copiedPads_)
+    for (const auto& [index, pad] : *state_.copiedPads)
       paste(pad);
   }
   if (changed.empty()) return;
@@ -119,10 +118,10 @@ void RolandLibrary::pasteCopiedPads(Slot slot, const std::optional<std::vector<i
 }
 
 void RolandLibrary::deleteKit(Slot slot) {
-  if (std::erase_if(kits_, [&](const Kit& kit) { return kit.slot == slot; }) == 0) return;
-  kitDocs_.erase(slot);
+  if (std::erase_if(card_.kits, [&](const Kit& kit) { return kit.slot == slot; }) == 0) return;
+  card_.kitDocs.erase(slot);
   lives_.renew(RecordLives::Kind::kit, slot);
-  pendingKitDeletions_[slot] = lives_.life(RecordLives::Kind::kit, slot);
+  card_.pendingKitDeletions[slot] = lives_.life(RecordLives::Kind::kit, slot);
   Q_EMIT published(Property::kits);
 }
 

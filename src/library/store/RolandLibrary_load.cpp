@@ -4,8 +4,8 @@
 #include "library/CardPaths.h"
 #include "library/FileCopy.h"
 #include "library/LibraryError.h"
+#include "library/contents/CardCheck.h"
 #include "library/reading/CardReader.h"
-#include "library/saving/CardCheck.h"
 #include "library/store/RolandLibrary.h"
 #include "platform/FolderBookmark.h"
 
@@ -68,35 +68,20 @@ void RolandLibrary::load(const Path& location) {
   if (!root) throw LibraryError(LibraryError::Case::rootNotFound);
   // A card that is being written would be read half old, half new; and a save that was asked for must not find another
   // card open when its turn comes.
-  if (isExporting_) services_.jobs.waitForAll();
+  saves_.waitForAll();
   const Path resolvedRoot = services_.files.resolved(*root);
   const auto card = services_.files.rooted(*root);
   requireFoldersInside(*card);
   std::string serial = card->volumeSerial(".");
   CardContent content = readCard(*card);
 
-  rootURL_ = *root;
-  serial_ = std::move(serial);
-  known_ = std::move(content.known);
-  leftovers_ = findLeftovers(*card);
-  kits_ = std::move(content.kits);
-  waves_ = std::move(content.waves);
-  tagList_ = TagList{content.tagListDoc.root, false};
-  kitDocs_ = std::move(content.kitDocs);
-  waveDocs_ = std::move(content.waveDocs);
-  tagListDoc_ = std::move(content.tagListDoc);
-  pendingDeletions_.clear();
-  deletedWaves_.clear();
-  pendingKitDeletions_.clear();
-  stagedAudioFiles_.clear();
-  maybeFree_ = 0;
-  begunWaves_.clear();
-  lives_.openCard(cardIdentity(), resolvedRoot);
-  ++loadCount_;
-  rootPath_ = QString::fromLocal8Bit(root->native().c_str());
-  isLoaded_ = true;
-  lastError_.reset();
-  lastErrorDetail_.clear();
+  state_.leftovers = findLeftovers(*card);
+  card_ = OpenCard(*root, std::move(serial), std::move(content), card_.loadCount + 1);
+  lives_.openCard(card_.identity(), resolvedRoot);
+  state_.rootPath = QString::fromLocal8Bit(root->native().c_str());
+  state_.lastError.reset();
+  state_.lastErrorDetail.clear();
+  imports_.dropWaiting();
   for (const Property property : {Property::kits, Property::waves, Property::tagList, Property::pendingDeletions,
                                   Property::rootPath, Property::isLoaded, Property::lastError}) {
     Q_EMIT published(property);
@@ -107,15 +92,10 @@ void RolandLibrary::tryLoad(const Path& location) {
   try {
     load(location);
   } catch (const std::exception&) {
-    lastError_ = errorText(std::current_exception());
-    lastErrorDetail_ = detailOf(std::current_exception());
+    state_.lastError = errorText(std::current_exception());
+    state_.lastErrorDetail = detailOf(std::current_exception());
     Q_EMIT published(Property::lastError);
   }
-}
-
-/// A card without a serial number is known by what it holds.
-std::string RolandLibrary::cardIdentity() const {
-  return serial_.empty() ? known_.fingerprint() : serial_;
 }
 
 QString RolandLibrary::detailOf(const std::exception_ptr& error) const {
@@ -134,7 +114,7 @@ QString RolandLibrary::detailOf(const std::exception_ptr& error) const {
 }
 
 void RolandLibrary::readAgain() {
-  if (const auto root = rootURL_) tryLoad(*root);
+  if (const auto root = card_.root) tryLoad(*root);
 }
 
 void RolandLibrary::chooseRoot(std::function<void()> failed) {
@@ -145,7 +125,7 @@ void RolandLibrary::chooseRoot(std::function<void()> failed) {
     // Before the load: a chosen folder that fails to open is still the one to try at the next start.
     if (const auto bookmark = makeBookmark(*location)) services_.defaults.setBytes(bookmarkKey, *bookmark);
     tryLoad(*location);
-    if (lastError_ && failed) failed();
+    if (state_.lastError && failed) failed();
   });
 }
 

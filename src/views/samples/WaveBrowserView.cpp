@@ -80,7 +80,7 @@ WaveBrowserView::WaveBrowserView(RolandLibrary& store, SamplePlayer& player, con
       files_(files),
       prompts_(prompts),
       waves_(userDottedI()),
-      imports_(new WaveImports(store, files, this)) {
+      imports_(new WaveImports(store, this)) {
   setObjectName(QStringLiteral("waveBrowserView"));
   auto* rows = new QVBoxLayout(this);
   rows->setSpacing(0);
@@ -287,8 +287,8 @@ void WaveBrowserView::refreshStrip() {
   const std::size_t rows = filteredWaves().size();
   const std::size_t selected = selectedWaves().size();
   caption_->setText(waveCountText(rows, selected));
-  progress_->setVisible(imports_->isRunning());
-  progress_->setText(waveImportText(imports_->done(), imports_->total()));
+  progress_->setVisible(store_.imports().isRunning);
+  progress_->setText(waveImportText(store_.imports().done, store_.imports().total()));
   renameSelected_->setVisible(selected >= 2);
   nothing_->setVisible(rows == 0);
   nothing_->setText(waves_.size() > 0 ? QStringLiteral("No sounds found")

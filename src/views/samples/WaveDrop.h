@@ -4,9 +4,9 @@
 #include <optional>
 #include <vector>
 
+#include "library/imports/SoundSource.h"
 #include "views/controls/DraggedPaths.h"
 #include "views/controls/DropFilter.h"
-#include "views/samples/WaveImports.h"
 
 namespace tamboro {
 

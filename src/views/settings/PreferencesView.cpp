@@ -136,9 +136,9 @@ void PreferencesView::changeLocation() {
   store_.chooseRoot([this, alive = QPointer<PreferencesView>(this)] {
     if (!alive || !isVisible()) return;
     // The main window tells it too, but stands behind this one.
-    prompts_.alert(this,
-                   {.title = QStringLiteral("Couldn't Open Card"), .text = store_.lastError().value_or(QString())},
-                   [](std::size_t) {});
+    QString text = store_.lastError().value_or(QString());
+    if (!store_.lastErrorDetail().isEmpty()) text += QStringLiteral("\n\n") + store_.lastErrorDetail();
+    prompts_.alert(this, {.title = QStringLiteral("Couldn't Open Card"), .text = text}, [](std::size_t) {});
   });
 }
 

@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <functional>
 
+#include "library/CardConflict.h"
 #include "library/LibraryError.h"
-#include "library/saving/CardConflict.h"
 #include "library/store/RolandLibrary.h"
 #include "views/controls/Accessible.h"
 #include "views/controls/EmptyStatePanel.h"

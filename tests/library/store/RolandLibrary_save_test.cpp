@@ -343,7 +343,9 @@ TEST(Save, OpeningACardWaitsForTheSavesThatWereAskedFor) {
     store.library.save([](const std::exception_ptr&) {});
     store.library.setSelectedKitSlot(2);
     store.library.copyPads(1);
+    store.library.importWave("/home/late.wav", "Late", 0, [](const std::exception_ptr&) {});
     store.library.load(opened);
+    EXPECT_EQ(store.jobs.waiting(), 1U) << "an import can come from a disk that answers late";
     EXPECT_EQ(store.library.selectedWave()->id(), 206);
     EXPECT_EQ(store.library.copiedPads()->size(), 15U);
     EXPECT_THAT(store.card().at(kit1), HasSubstr("<Level>4<"));

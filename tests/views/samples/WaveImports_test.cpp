@@ -5,7 +5,6 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QListView>
-#include <QPointer>
 
 #include "views/samples/WaveDrop.h"
 #include "views/window/Drag.h"
@@ -20,7 +19,8 @@ using ::testing::ElementsAre;
 /// A batch whose failures and steps are told.
 struct Batch {
   TestStore store;
-  QPointer<WaveImports> imports = new WaveImports(store.library, store.files, nullptr);
+  QObject parent;
+  WaveImports* imports = new WaveImports(store.library, &parent);
   std::vector<std::string> failures;
 
   Batch() {
@@ -28,7 +28,6 @@ struct Batch {
     QObject::connect(imports, &WaveImports::failed,
                      [this](const QString& text) { failures.push_back(text.toStdString()); });
   }
-  ~Batch() { delete imports; }
   void start(const std::vector<Path>& files, std::int64_t tag = 0) {
     std::vector<SoundSource> sources;
     for (const Path& file : files)
@@ -41,6 +40,7 @@ struct Batch {
       settle();
     while (store.jobs.runWork() || store.jobs.deliver());
   }
+  const ImportBatch& progress() const { return store.library.imports(); }
   std::vector<std::string> imported() const {
     std::vector<std::string> names;
     for (const Wave& wave : store.library.waves())
@@ -57,12 +57,23 @@ TEST(WaveImports, OneFileAfterAnotherUnderItsNameAndTheBatchsTag) {
   batch.start({"/home/snare.WAV", "/home/lost.wav", "/home/caf\xE9.wav"});
   settle();
   EXPECT_EQ(batch.store.jobs.waiting(), 1U);
-  EXPECT_EQ(batch.imports->total(), 5);
+  EXPECT_EQ(batch.progress().total(), 5);
   batch.run();
   EXPECT_THAT(batch.imported(), ElementsAre("Kick.v2/1", "snare/0", "caf\uFFFD/0"));
   ASSERT_EQ(batch.failures.size(), 1U) << "at the batch's end, and once";
   EXPECT_THAT(batch.failures[0], ::testing::StartsWith("2 files couldn't be imported: gone.wav, lost.wav. "));
-  EXPECT_FALSE(batch.imports->isRunning());
+  EXPECT_FALSE(batch.progress().isRunning);
+}
+
+TEST(WaveImports, ASampleAskedForByItselfGoesBetweenItsFilesAndIsNotCounted) {
+  Batch batch;
+  batch.store.open();
+  batch.start({"/home/Kick.v2.wav", "/home/snare.WAV"});
+  settle();
+  batch.store.library.importWave("/home/caf\xE9.wav", "alone", 0, [](const std::exception_ptr&) {});
+  batch.run();
+  EXPECT_THAT(batch.imported(), ElementsAre("Kick.v2/0", "alone/0", "snare/0"));
+  EXPECT_EQ(batch.progress().total(), 2);
 }
 
 TEST(WaveImports, AFolderGivesItsSoundsInTheOrderOfTheirNames) {
@@ -99,7 +110,7 @@ TEST(WaveImports, EndsWithItsCardAndItsWindow) {
     batch.run();
     EXPECT_EQ(batch.imported().size(), isCard ? 0U : 1U);
     EXPECT_TRUE(batch.failures.empty());
-    EXPECT_FALSE(batch.imports->isRunning());
+    EXPECT_FALSE(batch.progress().isRunning);
   }
 }
 

@@ -48,6 +48,12 @@ TEST_F(Preferences, TellTheOpenCardsPathAndChangeIt) {
   store.panel.answer(Path("/home"));
   ASSERT_EQ(prompts.alerts.size(), 1U) << "the message over the workspace stands behind this window";
   EXPECT_EQ(prompts.alerts[0].first.text, store.library.lastError());
+  Tree card = sampleCard();
+  card["KIT/kit001.spd"] = "";
+  store.mountCard("fat:1234-ABCD", card);
+  QTest::mouseClick(&find("changeLocationButton"), Qt::LeftButton);
+  store.panel.answer(Path("/media/card"));
+  EXPECT_TRUE(prompts.alerts.at(1).first.text.contains(QStringLiteral("KIT/kit001.spd is empty. ")));
 }
 
 TEST_F(Preferences, EveryChangeTakesEffectAtOnce) {

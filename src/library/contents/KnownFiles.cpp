@@ -1,4 +1,4 @@
-#include "library/KnownFiles.h"
+#include "library/contents/KnownFiles.h"
 
 #include <xxhash.h>
 

@@ -1,4 +1,4 @@
-#include "library/saving/CardConflict.h"
+#include "library/CardConflict.h"
 
 #include <QString>
 #include <utility>

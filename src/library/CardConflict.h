@@ -8,6 +8,12 @@
 
 namespace tamboro {
 
+/// What is mounted at the card's place is another card.
+class OtherCard : public FileError {
+ public:
+  using FileError::FileError;
+};
+
 /// The card isn't as the store takes it to be, and what was asked for would cost files that aren't ours to replace.
 /// Thrown before anything is changed; `what` is the text the user reads (UTF-8).
 class CardConflict : public std::exception {

@@ -1,4 +1,4 @@
-#include "library/store/RecordLives.h"
+#include "library/contents/RecordLives.h"
 
 #include <algorithm>
 

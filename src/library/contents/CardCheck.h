@@ -1,19 +1,11 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "library/KnownFiles.h"
-#include "library/saving/SavePlan.h"
+#include "library/contents/KnownFiles.h"
 
-/// What is made sure of before the program changes or copies anything of a card.
+/// What is made sure of before the program opens a card, changes it or copies anything of it.
 namespace tamboro {
-
-/// What is mounted at the card's place is another card.
-class OtherCard : public FileError {
- public:
-  using FileError::FileError;
-};
 
 /// Throws OtherCard (no such device) where the card under `root` is not the one that `serial` and `known` were taken
 /// from: by the serial number of its volume, where it has none by its content. Then it is the same card as long as of
@@ -23,9 +15,5 @@ void requireSameCard(const FileSystem& files, const Path& root, const std::strin
 /// Throws CardConflict where one of these folders, or one in WAVE/PRM or WAVE/DATA, is a link that leads out of the
 /// card: what is done there would be done to somebody else's files. `card` is rooted in the card.
 void requireFoldersInside(const FileSystem& card);
-
-/// Throws CardConflict where carrying out the plan would replace or remove what is not known to be ours. A file that
-/// has gone is no conflict. With `replacesChanged` files that were read and have changed since are none either.
-void requireUntouched(const FileSystem& card, const SavePlan& plan, const KnownFiles& known, bool replacesChanged);
 
 }  // namespace tamboro
