@@ -59,22 +59,5 @@ TEST_F(KitEffects, EachParameterOfEachTypeWritesItsLeaf) {
   }
 }
 
-TEST_F(KitEffects, StoredValuesOutsideTheirRangeAreShownAndKept) {
-  library.setFxType(1, 1, 1);
-  library.setFxSwitch(1, 1, true);
-  for (const int position : {0, 1, 4})
-    library.setFxParam(1, 1, position, 5000);
-  settle();
-  EXPECT_EQ(shown("fx1Param0Menu"), q("Pan"));
-  EXPECT_EQ(text("fx1Param1Value"), "5000 ms");
-  for (const int position : {0, 1, 4})
-    EXPECT_EQ(kit().fxParam(1, position), 5000);
-  library.setFxType(1, 1, 50);
-  settle();
-  EXPECT_EQ(shown("fx1Type"), QString());
-  EXPECT_EQ(rowCount(), 0);
-  EXPECT_EQ(kit().fxType(1), 50);
-}
-
 }  // namespace
 }  // namespace tamboro::test

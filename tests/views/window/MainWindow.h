@@ -95,6 +95,7 @@ struct MainWindow {
   QString shown(const std::string& name) {
     if (auto* menu = qobject_cast<QComboBox*>(&find(name))) return menu->currentText();
     if (auto* button = qobject_cast<QAbstractButton*>(&find(name))) return q(button->isChecked() ? "on" : "off");
+    if (auto* label = qobject_cast<QLabel*>(&find(name))) return label->text();
     return QString::number(find<QSlider>(name).value());
   }
   void pressSave() { QTest::keyClick(&window, Qt::Key_S, Qt::ControlModifier); }
