@@ -77,7 +77,7 @@ TEST_F(KitEditor, OddValuesAreShownAndKept) {
         {"midiChannel", ""}}},
       {21, {{"kitVolumeValue", "-9223372036854775808"}, {"kitTempoValue", "922337203685477632.0"}}},
       {22, {{"kitVolumeValue", "100"}, {"kitTempoValue", "120.0"}, {"fx1Type", ""}, {"triggerTypeMenu", "SHOT"}}},
-      {23, {{"fx1Type", "Delay"}, {"fx1Param0Menu", "Pan"}, {"fx1Param1Value", "5000 ms"}}}};
+      {23, {{"fx1Type", "Stereo Delay"}, {"fx1Param0Menu", "Pan"}, {"fx1Param1Value", "5000 ms"}}}};
   for (const auto& [slot, texts] : kits) {
     main.select(slot);
     main.find<DisclosureGroup>("effects").setExpanded(true);

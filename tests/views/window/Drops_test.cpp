@@ -14,6 +14,18 @@ std::unique_ptr<QMimeData> dragOf(const QByteArray& uris) {
   return data;
 }
 
+/// Drags over the widget and lets go where that is accepted.
+bool isTaken(QWidget& target, const QByteArray& uris, Qt::DropActions offered = Qt::CopyAction) {
+  const auto data = dragOf(uris);
+  QDragEnterEvent enter(QPoint(5, 5), offered, data.get(), Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&target, &enter);
+  if (!enter.isAccepted()) return false;
+  QDropEvent let(QPointF(5, 5), offered, data.get(), Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&target, &let);
+  EXPECT_EQ(let.dropAction(), Qt::CopyAction) << "what is moved, its source deletes";
+  return true;
+}
+
 TEST(FolderDrop, AFolderIsTakenWhenItIsTheFirstItemAndHere) {
   MemoryFileSystem files;
   makeFolders(files, "/media/my card");
@@ -44,16 +56,10 @@ struct Drops : ::testing::Test, MainWindow {
     QTest::keyClick(&find("waveList"), Qt::Key_F2);
     settle();
   }
-  /// Drags over the widget and lets go where that is accepted; what came of it.
+  /// What came of a drop.
   std::string drop(QWidget& target, const QByteArray& uris, Qt::DropActions offered = Qt::CopyAction) {
     const std::size_t count = library.waves().size();
-    const auto data = dragOf(uris);
-    QDragEnterEvent enter(QPoint(5, 5), offered, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&target, &enter);
-    if (!enter.isAccepted()) return "refused";
-    QDropEvent let(QPointF(5, 5), offered, data.get(), Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&target, &let);
-    EXPECT_EQ(let.dropAction(), Qt::CopyAction) << "what is moved, its source deletes";
+    if (!isTaken(target, uris, offered)) return "refused";
     EXPECT_TRUE(library.hasUnsavedChanges() && !library.imports().isRunning) << "the drag's source would wait";
     do
       settle();
@@ -99,9 +105,7 @@ TEST(Welcome, TakesACard) {
   MainWindow main;
   main.store.mountCard("fat:1234-ABCD", sampleCard());
   main.show();
-  const auto data = dragOf("file:///media/card");
-  QDropEvent let(QPointF(5, 5), Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(&main.find("welcomeView"), &let);
+  EXPECT_TRUE(isTaken(main.find("welcomeView"), "file:///media/card"));
   main.settle();
   EXPECT_TRUE(main.library.isLoaded());
 }
