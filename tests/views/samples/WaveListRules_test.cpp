@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "views/samples/BatchRename.h"
 #include "views/window/MainWindow.h"
 
 namespace tamboro::test {
@@ -50,18 +49,6 @@ TEST(WaveTexts, Texts) {
   for (const auto& [text, expected] : texts)
     EXPECT_EQ(text, q(expected));
   EXPECT_EQ(waveTempoIn(q("95,5")), 955);
-}
-
-TEST(BatchRename, SortsByPresentNamesAndNumbersFromTheStart) {
-  std::vector<Wave> waves;
-  for (const auto& [slot, name] : {std::pair{1, "B"}, {2, "A"}, {4, "a"}, {5, "A"}, {6, "x"}})
-    waves.push_back({2, slot, newWaveNode(name, 0, "")});
-  EXPECT_EQ(renameRows(waves, {205, 204, 202, 201, 999}),
-            (std::vector<RenameRow>{{202, "A"}, {205, "A"}, {201, "B"}, {204, "a"}}));
-  const RenamePattern pattern{q(" Long snare name "), 9998};
-  EXPECT_EQ(pattern.newName(9'999), q(" Long snare name  19997"));
-  EXPECT_TRUE(pattern.isUsable());
-  EXPECT_FALSE(RenamePattern{q(" \t ")}.isUsable());
 }
 
 }  // namespace
