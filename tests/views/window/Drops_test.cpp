@@ -21,6 +21,7 @@ bool isTaken(QWidget& target, const QByteArray& uris, Qt::DropActions offered = 
   QApplication::sendEvent(&target, &enter);
   if (!enter.isAccepted()) return false;
   QDropEvent let(QPointF(5, 5), offered, data.get(), Qt::LeftButton, Qt::NoModifier);
+  let.setDropAction(Qt::MoveAction);  // as with a key held
   QApplication::sendEvent(&target, &let);
   EXPECT_EQ(let.dropAction(), Qt::CopyAction) << "what is moved, its source deletes";
   return true;
