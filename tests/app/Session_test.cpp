@@ -11,6 +11,7 @@
 #include <csignal>
 #include <utility>
 
+#include "app/ColourScheme.h"
 #include "app/EndSignals.h"
 #include "app/SessionHold.h"
 #include "support/HandJobs.h"
@@ -44,10 +45,10 @@ struct PrivateBus {
   }
 };
 
-/// Portal and login1 in one, as far as the program asks them to hold.
+/// Portal and login1 in one, as far as the program asks them.
 class StandIn : public QDBusVirtualObject {
  public:
-  explicit StandIn(QDBusConnection bus) {
+  explicit StandIn(QDBusConnection bus) : bus_(bus) {
     for (const char* path : {"/org/freedesktop/portal/desktop", "/org/freedesktop/login1", "/request"})
       bus.registerVirtualObject(q(path), this);
     for (const char* name : {"org.freedesktop.portal.Desktop", "org.freedesktop.login1"})
@@ -58,11 +59,19 @@ class StandIn : public QDBusVirtualObject {
   QString introspect(const QString&) const override { return {}; }
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
     calls << message.interface() + QLatin1Char('.') + message.member();
-    if (message.path().endsWith(QLatin1String("login1")))
+    if (message.member() == QLatin1String("Read"))
+      bus.send(message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(1U))))));
+    else if (message.path().endsWith(QLatin1String("login1")))
       bus.send(message.createReply(QVariant::fromValue(QDBusUnixFileDescriptor(pipe[1]))));
     else if (message.member() == QLatin1String("Inhibit"))
       bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(q("/request")))));
     return true;
+  }
+  void change(const char* space, uint value) {
+    auto signal = QDBusMessage::createSignal(q("/org/freedesktop/portal/desktop"), q("org.freedesktop.portal.Settings"),
+                                             q("SettingChanged"));
+    signal << q(space) << q("color-scheme") << QVariant::fromValue(QDBusVariant(value));
+    bus_.send(signal);
   }
   /// Whether somebody still holds the inhibitor that was handed out; ours is closed first.
   bool isHeld() {
@@ -73,7 +82,24 @@ class StandIn : public QDBusVirtualObject {
 
   QStringList calls;
   std::array<int, 2> pipe{-1, -1};
+
+ private:
+  QDBusConnection bus_;
 };
+
+TEST(ColourScheme, FollowsThePortalAndNothingElse) {
+  PrivateBus bus;
+  StandIn portal(bus.connect(q("portal")));
+  // The stand-in answers on this thread, so only when the first wait is over.
+  ColourScheme scheme(bus.connect(q("program")));
+  const auto comesTo = [&](ColourScheme::Wish wish) { return QTest::qWaitFor([&] { return scheme.wish() == wish; }); };
+  EXPECT_TRUE(comesTo(ColourScheme::Wish::dark));
+  portal.change("org.freedesktop.appearance", 2);
+  EXPECT_TRUE(comesTo(ColourScheme::Wish::light));
+  portal.change("org.elsewhere", 1);
+  portal.change("org.freedesktop.appearance", 0);
+  EXPECT_TRUE(comesTo(ColourScheme::Wish::unknown));
+}
 
 TEST(SessionHold, HoldsShutdownAndLogoutWhileALongJobRuns) {
   PrivateBus bus;
