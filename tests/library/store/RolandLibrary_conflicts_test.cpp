@@ -201,11 +201,11 @@ TEST(Conflicts, WhatAFailedSaveHadNotComeToIsNotOurs) {
     writeFile(store.files, "/home/new.wav", "new");
     ASSERT_EQ(store.import("/home/new.wav", "New"), "");
     store.library.createKit(1, true);
-    store.files.setVolume("/media/card", {"fat:1234-ABCD", {4096, 4096}, false});
+    store.files.setVolume("/media/card", {"fat:1234-ABCD", {4096, 4096}});
     store.library.save([](const std::exception_ptr& error) { EXPECT_NE(error, nullptr); });
     if (isDeleted) store.library.deleteWave(200);
     store.jobs.runAll();
-    store.files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}, false});
+    store.files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}});
     for (const char* place : {"KIT/kit000.spd", "WAVE/DATA/02/new.wav"})
       writeFile(store.files, TestStore::root / place, "another's");
     EXPECT_THAT(store.save(ChangedFiles::replace), HasSubstr(isDeleted ? "KIT/kit000.spd" : "new.wav"));
