@@ -55,7 +55,7 @@ class FixedRows {
 };
 
 struct Lists : DiskStore {
-  Lists(const Path& card, const Path& home) : DiskStore(home), browser(library, player, prompts) {
+  Lists(const Path& card, const Path& home) : DiskStore(home), browser(library, player, *files, prompts) {
     library.load(card);
     library.setSelectedKitSlot(library.kits().front().slot);
     browser.resize(size);

@@ -69,8 +69,9 @@ void DesktopPrompts::chooseFolder(QWidget* parent, const FolderQuestion& questio
 
 void DesktopPrompts::chooseFiles(QWidget* parent, const FilesQuestion& question,
                                  std::function<void(std::vector<std::filesystem::path>)> answer) {
-  QFileDialog* panel = makePanel(parent ? parent->window() : nullptr, QStringLiteral("filePanel"), question.title,
-                                 QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
+  QFileDialog* panel =
+      makePanel(parent ? parent->window() : nullptr, QStringLiteral("filePanel"), question.title,
+                QStandardPaths::locate(QStandardPaths::MusicLocation, QString(), QStandardPaths::LocateDirectory));
   panel->setFileMode(QFileDialog::ExistingFiles);
   panel->setNameFilters(question.nameFilters);
   QObject::connect(panel, &QDialog::finished, panel, [panel, answer = std::move(answer)](int result) {

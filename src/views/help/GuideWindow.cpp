@@ -24,6 +24,7 @@ GuideWindow::GuideWindow(const QString& markdown, QWidget* mainWindow) : QDialog
   auto* text = new QTextBrowser;
   text->setObjectName(QStringLiteral("guideText"));
   text->setAccessibleName(QStringLiteral("Guide"));
+  text->viewport()->setAccessibleName(text->accessibleName());
   text->setOpenExternalLinks(true);
   text->setFrameShape(QFrame::NoFrame);
   text->document()->setDocumentMargin(Look::px(margin));

@@ -135,6 +135,10 @@ void KitListView::showRows() {
 
 void KitListView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
+  appear();
+}
+
+void KitListView::appear() {
   if (hasAppeared_ || !store_.isLoaded()) return;
   hasAppeared_ = true;
   if (!store_.selectedKitSlot() && !store_.kits().empty()) store_.setSelectedKitSlot(store_.kits().front().slot);

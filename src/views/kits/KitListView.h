@@ -25,6 +25,8 @@ class KitListView : public QWidget {
   KitListView(RolandLibrary& store, Prompts& prompts, QWidget* parent = nullptr);
 
   void setShowingNewKitSheet();
+  /// Comes up for the first time, if only behind a hidden column: without a selected kit the first one is selected.
+  void appear();
   /// To the list, where the open kit is.
   void takeKeyboard();
   void search();

@@ -173,6 +173,7 @@ void ContentView::refresh() {
   if (pages_->currentWidget() != page) {
     pages_->setCurrentWidget(page);
     page->setFocus();  // else the first button of the toolbar gets it
+    kits_->appear();   // a narrow window hides the list, and no kit would open
   }
   const Kit* kit = store_.selectedKit();
   middle_->setCurrentWidget(kit ? kit_ : static_cast<QWidget*>(noKit_));

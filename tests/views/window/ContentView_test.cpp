@@ -58,6 +58,16 @@ TEST(ContentView, RestoresCardAndKitWhenItFirstAppears) {
   }
 }
 
+TEST(ContentView, SelectsTheFirstKitWithTheKitListPutAway) {
+  MainWindow main;
+  main.content.setKitListShown(false);
+  main.show();
+  main.store.open();
+  settle();
+  EXPECT_FALSE(main.find("kitList").isVisible());
+  EXPECT_EQ(main.library.selectedKitSlot(), 1);
+}
+
 TEST(ContentView, FollowsTheSelectedKitAndCounts) {
   MainWindow main;
   main.showCard();
