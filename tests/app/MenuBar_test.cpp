@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QLineEdit>
-
 #include "app/StoreUndoKeys.h"
 #include "views/window/MainWindow.h"
 
@@ -29,19 +27,18 @@ TEST_F(MenuBarTest, RowsFollowTheStoreAtOnce) {
   show();
   EXPECT_EQ(enabledRows(), " newKit");
   store.open();
-  library.setSelectedKitSlot(1);
-  EXPECT_EQ(enabledRows(), " newKit copySound goToKit3");
-  library.setSelectedPadIndex(5);  // holds no sound
-  EXPECT_EQ(enabledRows(), " newKit goToKit3");
-  library.setCopiedWaveIndex(205);
-  EXPECT_EQ(enabledRows(), " newKit pasteSound goToKit3");
-  library.setSelectedKitSlot(std::nullopt);
-  library.setKitLevel(1, 12);
-  EXPECT_EQ(enabledRows(), " newKit save undo goToKit3");
-  library.undoManager().undo();
-  EXPECT_EQ(enabledRows(), " newKit save redo goToKit3");
-  library.createBlankKit();
-  EXPECT_EQ(enabledRows(), " newKit save redo goToKit3 goToKit4");
+  const std::pair<std::function<void()>, const char*> steps[] = {
+      {[&] { library.setSelectedKitSlot(1); }, " newKit copySound goToKit3"},
+      {[&] { library.setSelectedPadIndex(5); }, " newKit goToKit3"},  // it holds no sound
+      {[&] { library.setCopiedWaveIndex(205); }, " newKit pasteSound goToKit3"},
+      {[&] { library.setSelectedKitSlot(std::nullopt); }, " newKit goToKit3"},
+      {[&] { library.setKitLevel(1, 12); }, " newKit save undo goToKit3"},
+      {[&] { library.undoManager().undo(); }, " newKit save redo goToKit3"},
+      {[&] { library.createBlankKit(); }, " newKit save redo goToKit3 goToKit4"}};
+  for (const auto& [step, enabled] : steps) {
+    step();
+    EXPECT_EQ(enabledRows(), enabled);
+  }
 }
 
 TEST_F(MenuBarTest, UndoNamesItsStepAndReachesTheStoreFromATextFieldAndNeverTheField) {
@@ -80,15 +77,10 @@ TEST_F(MenuBarTest, TheKeyThatSavesHasOneOwnerWhichReports) {
 
 TEST_F(MenuBarTest, KeysGoToKitsHelpAndCards) {
   showCard();
-  key(Qt::Key_3, Qt::ControlModifier);
-  EXPECT_EQ(library.selectedKitSlot(), 4) << "kits 1, 2 and 4 exist";
-  key(Qt::Key_4, Qt::ControlModifier);
-  EXPECT_EQ(library.selectedKitSlot(), 4) << "there is no fourth";
-  key(Qt::Key_1, Qt::ControlModifier);
-  row("copySound").trigger();
-  select(2);
-  row("pasteSound").trigger();
-  EXPECT_EQ(library.kit(2)->pad(0)->wave(), 205);
+  for (const Qt::Key kit : {Qt::Key_3, Qt::Key_4}) {
+    key(kit, Qt::ControlModifier);
+    EXPECT_EQ(library.selectedKitSlot(), 4) << "kits 1, 2 and 4 exist, and no fourth";
+  }
   key(Qt::Key_O, Qt::ControlModifier);
   EXPECT_EQ(store.panel.open(), 1U);
   key(Qt::Key_F1);

@@ -11,7 +11,6 @@
 #include <csignal>
 #include <utility>
 
-#include "app/ColourScheme.h"
 #include "app/EndSignals.h"
 #include "app/SessionHold.h"
 #include "support/HandJobs.h"
@@ -19,63 +18,51 @@
 namespace tamboro {
 namespace {
 
+QString q(const char* text) {
+  return QString::fromUtf8(text);
+}
+
 /// A bus of its own, with the desktop's end of it and the program's.
-class PrivateBus {
- public:
+struct PrivateBus {
+  QProcess daemon;
+  QString address;
+  QStringList names;
+
   PrivateBus() {
-    daemon_.start(QStringLiteral("dbus-daemon"),
-                  {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-    if (daemon_.waitForStarted() && daemon_.waitForReadyRead())
-      address_ = QString::fromUtf8(daemon_.readLine().trimmed());
+    daemon.start(q("dbus-daemon"), {q("--session"), q("--nofork"), q("--print-address")});
+    if (daemon.waitForStarted() && daemon.waitForReadyRead()) address = QString::fromUtf8(daemon.readLine().trimmed());
   }
   ~PrivateBus() {
-    for (const QString& name : names_)
+    for (const QString& name : names)
       QDBusConnection::disconnectFromBus(name);
-    daemon_.kill();
-    daemon_.waitForFinished();
+    daemon.kill();
+    daemon.waitForFinished();
   }
-  PrivateBus(const PrivateBus&) = delete;
-  PrivateBus& operator=(const PrivateBus&) = delete;
-
   QDBusConnection connect(const QString& name) {
-    names_ << name;
-    return QDBusConnection::connectToBus(address_, name);
+    names << name;
+    return QDBusConnection::connectToBus(address, name);
   }
-
- private:
-  QProcess daemon_;
-  QString address_;
-  QStringList names_;
 };
 
-/// Portal and login1 in one, as far as the program asks them.
+/// Portal and login1 in one, as far as the program asks them to hold.
 class StandIn : public QDBusVirtualObject {
  public:
-  explicit StandIn(const QDBusConnection& bus) : bus_(bus) {
+  explicit StandIn(QDBusConnection bus) {
     for (const char* path : {"/org/freedesktop/portal/desktop", "/org/freedesktop/login1", "/request"})
-      bus_.registerVirtualObject(QString::fromLatin1(path), this);
+      bus.registerVirtualObject(q(path), this);
     for (const char* name : {"org.freedesktop.portal.Desktop", "org.freedesktop.login1"})
-      bus_.registerService(QString::fromLatin1(name));
+      bus.registerService(q(name));
     EXPECT_EQ(::pipe(pipe.data()), 0);
   }
 
   QString introspect(const QString&) const override { return {}; }
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
     calls << message.interface() + QLatin1Char('.') + message.member();
-    if (message.member() == QLatin1String("Read"))
-      bus.send(message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(1U))))));
-    else if (message.path().endsWith(QLatin1String("login1")))
+    if (message.path().endsWith(QLatin1String("login1")))
       bus.send(message.createReply(QVariant::fromValue(QDBusUnixFileDescriptor(pipe[1]))));
     else if (message.member() == QLatin1String("Inhibit"))
-      bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(QStringLiteral("/request")))));
+      bus.send(message.createReply(QVariant::fromValue(QDBusObjectPath(q("/request")))));
     return true;
-  }
-  void change(const char* space, uint value) {
-    auto signal =
-        QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
-                                   QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"));
-    signal << QString::fromLatin1(space) << QStringLiteral("color-scheme") << QVariant::fromValue(QDBusVariant(value));
-    bus_.send(signal);
   }
   /// Whether somebody still holds the inhibitor that was handed out; ours is closed first.
   bool isHeld() {
@@ -86,39 +73,21 @@ class StandIn : public QDBusVirtualObject {
 
   QStringList calls;
   std::array<int, 2> pipe{-1, -1};
-
- private:
-  QDBusConnection bus_;
 };
-
-TEST(ColourScheme, FollowsThePortalAndNothingElse) {
-  PrivateBus bus;
-  StandIn portal(bus.connect(QStringLiteral("portal")));
-  // The stand-in answers on this thread, so only when the first wait is over.
-  ColourScheme scheme(bus.connect(QStringLiteral("program")));
-  EXPECT_EQ(scheme.wish(), ColourScheme::Wish::unknown);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return scheme.wish() == ColourScheme::Wish::dark; }));
-  portal.change("org.freedesktop.appearance", 2);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return scheme.wish() == ColourScheme::Wish::light; }));
-  portal.change("org.elsewhere", 1);
-  portal.change("org.freedesktop.appearance", 0);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return scheme.wish() != ColourScheme::Wish::light; }));
-  EXPECT_EQ(scheme.wish(), ColourScheme::Wish::unknown);
-}
 
 TEST(SessionHold, HoldsShutdownAndLogoutWhileALongJobRuns) {
   PrivateBus bus;
-  StandIn desktop(bus.connect(QStringLiteral("desktop")));
+  StandIn desktop(bus.connect(q("desktop")));
   auto hand = std::make_unique<test::HandJobs>();
   test::HandJobs& jobs = *hand;
-  SessionHold hold(std::move(hand), bus.connect(QStringLiteral("system")), bus.connect(QStringLiteral("session")));
+  SessionHold hold(std::move(hand), bus.connect(q("system")), bus.connect(q("session")));
   hold.start([] {}, [] {});
   EXPECT_TRUE(QTest::qWaitFor([&] { return desktop.calls.size() == 2; }));
   QTest::qWait(50);  // the answers' way back
   EXPECT_TRUE(desktop.isHeld());
   jobs.waitForAll();
   EXPECT_TRUE(QTest::qWaitFor([&] { return desktop.calls.size() == 3 && !desktop.isHeld(); }));
-  EXPECT_EQ(desktop.calls.last(), QStringLiteral("org.freedesktop.portal.Request.Close"));
+  EXPECT_EQ(desktop.calls.last(), q("org.freedesktop.portal.Request.Close"));
 }
 
 TEST(EndSignals, AreHeardByTheLoop) {

@@ -32,14 +32,7 @@ std::string roundTrip(std::string bytes) {
 }
 
 TEST(SpdDocument, RefusesWithKindTextAndOffset) {
-  struct Case {
-    std::string bytes;
-    Kind kind;
-    std::string expected;
-    std::size_t offset;
-    std::string text;
-  };
-  const Case cases[] = {
+  const std::tuple<std::string, Kind, const char*, std::size_t, const char*> cases[] = {
       {"", Kind::empty, "", 0, "Empty document"},
       {"\xEF\xBB\xBF<A></A>", Kind::unexpectedByte, "<", 0, "Expected '<' at byte offset 0"},
       {"<A><B>1</B>", Kind::unexpectedByte, "<", 11, "Expected '<' at byte offset 11"},
@@ -50,16 +43,16 @@ TEST(SpdDocument, RefusesWithKindTextAndOffset) {
       {"<?xml version=\"1.0\"?>\n<A></A>", Kind::unexpectedByte, "<", 29, "Expected '<' at byte offset 29"},
       {nested(1025), Kind::tooDeep, "", 3072, "Elements nested more than 1024 deep at byte offset 3072"},
   };
-  for (const Case& expected : cases) {
-    SCOPED_TRACE(expected.bytes.substr(0, 40));
+  for (const auto& [bytes, kind, expected, offset, text] : cases) {
+    SCOPED_TRACE(text);
     try {
-      SpdDocument::parse(expected.bytes);
+      SpdDocument::parse(bytes);
       ADD_FAILURE() << "parses";
     } catch (const SpdParseError& error) {
-      EXPECT_EQ(error.kind(), expected.kind);
-      EXPECT_EQ(error.expected(), expected.expected);
-      EXPECT_EQ(error.offset(), expected.offset);
-      EXPECT_EQ(error.text(), expected.text);
+      EXPECT_EQ(error.kind(), kind);
+      EXPECT_EQ(error.expected(), expected);
+      EXPECT_EQ(error.offset(), offset);
+      EXPECT_EQ(error.text(), text);
     }
   }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unicode/unistr.h>
+
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -20,46 +22,10 @@ struct Element {
   std::vector<Element> children;
 };
 
-struct Document {
-  Element root;
-  std::string trailing;
-
-  static Document parse(const std::string& bytes);
-  std::string serialize() const;
-};
-
-// The table of well-formed UTF-8: a row is the range of each byte of a sequence.
-using Row = std::vector<std::pair<int, int>>;
-inline const std::vector<Row> wellFormedRows = {{{0x00, 0x7F}},
-                                                {{0xC2, 0xDF}, {0x80, 0xBF}},
-                                                {{0xE0, 0xE0}, {0xA0, 0xBF}, {0x80, 0xBF}},
-                                                {{0xE1, 0xEC}, {0x80, 0xBF}, {0x80, 0xBF}},
-                                                {{0xED, 0xED}, {0x80, 0x9F}, {0x80, 0xBF}},
-                                                {{0xEE, 0xEF}, {0x80, 0xBF}, {0x80, 0xBF}},
-                                                {{0xF0, 0xF0}, {0x90, 0xBF}, {0x80, 0xBF}, {0x80, 0xBF}},
-                                                {{0xF1, 0xF3}, {0x80, 0xBF}, {0x80, 0xBF}, {0x80, 0xBF}},
-                                                {{0xF4, 0xF4}, {0x80, 0x8F}, {0x80, 0xBF}, {0x80, 0xBF}}};
-
+/// By maximal subparts, which is how ICU replaces what is ill-formed.
 inline std::string decoded(const std::string& bytes) {
   std::string result;
-  for (std::size_t pos = 0; pos < bytes.size();) {
-    std::size_t longest = 0;
-    bool whole = false;
-    for (const Row& row : wellFormedRows) {
-      std::size_t length = 0;
-      while (length < row.size() && pos + length < bytes.size()) {
-        const int byte = static_cast<unsigned char>(bytes[pos + length]);
-        if (byte < row[length].first || byte > row[length].second) break;
-        ++length;
-      }
-      if (length <= longest) continue;
-      longest = length;
-      whole = length == row.size();
-    }
-    result += whole ? bytes.substr(pos, longest) : "\uFFFD";
-    pos += std::max<std::size_t>(longest, 1);
-  }
-  return result;
+  return icu::UnicodeString::fromUTF8(bytes).toUTF8String(result);
 }
 
 struct Parser {
@@ -75,23 +41,18 @@ struct Parser {
     const std::size_t start = std::exchange(pos, end);
     return bytes.substr(start, end - start);
   }
-  std::string whitespace() {
-    const std::size_t end = std::min(bytes.find_first_not_of("\t\n\r ", pos), bytes.size());
-    return upTo(end);
-  }
+  std::string whitespace() { return upTo(std::min(bytes.find_first_not_of("\t\n\r ", pos), bytes.size())); }
   std::string until(std::size_t end, const std::string& terminator) {
-    if (end == std::string::npos) {
+    if (end == std::string::npos)
       throw "Unterminated element, expected '" + terminator + "' starting at byte offset " + std::to_string(pos);
-    }
     return decoded(upTo(end));
   }
 
   Element element(const std::string& leading, std::size_t depth) {
     const std::size_t start = pos;
     expect("<");
-    if (depth > SpdDocument::maxDepth) {
+    if (depth > SpdDocument::maxDepth)
       throw "Elements nested more than 1024 deep at byte offset " + std::to_string(start);
-    }
     Element result{until(bytes.find_first_of("/>", pos), ">"), Content::selfClosing, leading, {}, {}, {}};
     if (at("/")) return expect("/>"), result;
     expect(">");
@@ -118,16 +79,18 @@ inline std::string write(const Element& element) {
   return "<" + element.name + ">" + inner + element.closing + "</" + element.name + ">";
 }
 
-inline Document Document::parse(const std::string& bytes) {
-  if (bytes.empty()) throw std::string("Empty document");
-  Parser parser{bytes};
-  Element root = parser.element("", 1);
-  return {std::move(root), bytes.substr(parser.pos)};
-}
+struct Document {
+  Element root;
+  std::string trailing;
 
-inline std::string Document::serialize() const {
-  return write(root) + trailing;
-}
+  static Document parse(const std::string& bytes) {
+    if (bytes.empty()) throw std::string("Empty document");
+    Parser parser{bytes};
+    Element root = parser.element("", 1);
+    return {std::move(root), bytes.substr(parser.pos)};
+  }
+  std::string serialize() const { return write(root) + trailing; }
+};
 
 inline bool equal(const Element& element, const SpdNode& node) {
   const bool container = element.content == Content::container;

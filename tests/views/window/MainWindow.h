@@ -1,12 +1,7 @@
 #pragma once
 
-#include <QAction>
-#include <QApplication>
-#include <QContextMenuEvent>
-#include <QLabel>
-#include <QMainWindow>
-#include <QMenu>
-#include <QTest>
+#include <QtTest>
+#include <QtWidgets>
 
 #include "audio/SamplePlayer.h"
 #include "support/TestStore.h"
@@ -67,12 +62,12 @@ struct MainWindow {
   }
   static void settle() { test::settle(); }
   template<class Kind = QWidget>
-  Kind& find(const char* name) {
-    auto* found = window.findChild<Kind*>(QString::fromLatin1(name));
-    if (found == nullptr) throw std::runtime_error(std::string("no ") + name);
+  Kind& find(const std::string& name) {
+    auto* found = window.findChild<Kind*>(QString::fromStdString(name));
+    if (found == nullptr) throw std::runtime_error("no " + name);
     return *found;
   }
-  std::string text(const char* name) { return find<QLabel>(name).text().toStdString(); }
+  std::string text(const std::string& name) { return find<QLabel>(name).text().toStdString(); }
   /// On the widget that has the keyboard, which a platform without a screen knows by its window only.
   void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(window.focusWidget(), key, modifiers);
@@ -83,12 +78,32 @@ struct MainWindow {
     QTest::mouseClick(&find(name), Qt::LeftButton);
     settle();
   }
+  /// Uses a control as a hand does: a row of its menu is chosen, a slider goes a step down, a switch is clicked.
+  void use(const std::string& name, const char* row = nullptr) {
+    auto& control = find(name);
+    if (auto* menu = qobject_cast<QComboBox*>(&control)) {
+      menu->setCurrentIndex(menu->findText(q(row)));
+      Q_EMIT menu->activated(menu->currentIndex());
+    } else if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
+      button->click();
+    } else {
+      QTest::keyClick(&control, Qt::Key_Left);
+    }
+    settle();
+  }
+  /// What such a control shows.
+  QString shown(const std::string& name) {
+    if (auto* menu = qobject_cast<QComboBox*>(&find(name))) return menu->currentText();
+    if (auto* button = qobject_cast<QAbstractButton*>(&find(name))) return q(button->isChecked() ? "on" : "off");
+    if (auto* label = qobject_cast<QLabel*>(&find(name))) return label->text();
+    return QString::number(find<QSlider>(name).value());
+  }
   void pressSave() { QTest::keyClick(&window, Qt::Key_S, Qt::ControlModifier); }
   /// Puts another card into the place of the open one, so that a save fails.
   void swapCard() { store.mountCard("fat:9999-0000", sampleCard()); }
   /// Opens a context menu by the mouse, and closes the one before.
   QMenu& menu(QWidget& widget, QPoint place, const char* name) {
-    for (auto* open : window.findChildren<QMenu*>(QString::fromLatin1(name)))
+    for (auto* open : window.findChildren<QMenu*>(q(name)))
       open->close();
     settle();
     QContextMenuEvent event(QContextMenuEvent::Mouse, place, widget.mapToGlobal(place));
