@@ -1,6 +1,7 @@
 #include "app/DesktopPrompts.h"
 
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
@@ -22,6 +23,12 @@ void nameForTools(QFileDialog& panel) {
     if (isHolder && part->accessibleName().isEmpty() && !qobject_cast<QLabel*>(part))
       part->setAccessibleName(panel.windowTitle());
   }
+}
+
+/// One that isn't there would be proposed as a file's name.
+QString existing(QStandardPaths::StandardLocation location) {
+  const QString folder = QStandardPaths::locate(location, QString(), QStandardPaths::LocateDirectory);
+  return folder.isEmpty() ? QDir::homePath() : folder;
 }
 
 QFileDialog* makePanel(QWidget* parent, const QString& objectName, const QString& title, const QString& start) {
@@ -69,9 +76,8 @@ void DesktopPrompts::chooseFolder(QWidget* parent, const FolderQuestion& questio
 
 void DesktopPrompts::chooseFiles(QWidget* parent, const FilesQuestion& question,
                                  std::function<void(std::vector<std::filesystem::path>)> answer) {
-  QFileDialog* panel =
-      makePanel(parent ? parent->window() : nullptr, QStringLiteral("filePanel"), question.title,
-                QStandardPaths::locate(QStandardPaths::MusicLocation, QString(), QStandardPaths::LocateDirectory));
+  QFileDialog* panel = makePanel(parent ? parent->window() : nullptr, QStringLiteral("filePanel"), question.title,
+                                 existing(QStandardPaths::MusicLocation));
   panel->setFileMode(QFileDialog::ExistingFiles);
   panel->setNameFilters(question.nameFilters);
   QObject::connect(panel, &QDialog::finished, panel, [panel, answer = std::move(answer)](int result) {
