@@ -1,7 +1,6 @@
 #include "app/DesktopPrompts.h"
 
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
@@ -28,7 +27,7 @@ void nameForTools(QFileDialog& panel) {
 /// One that isn't there would be proposed as a file's name.
 QString existing(QStandardPaths::StandardLocation location) {
   const QString folder = QStandardPaths::locate(location, QString(), QStandardPaths::LocateDirectory);
-  return folder.isEmpty() ? QDir::homePath() : folder;
+  return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::HomeLocation) : folder;
 }
 
 QFileDialog* makePanel(QWidget* parent, const QString& objectName, const QString& title, const QString& start) {
