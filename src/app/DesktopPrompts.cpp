@@ -24,6 +24,12 @@ void nameForTools(QFileDialog& panel) {
   }
 }
 
+/// One that isn't there would be proposed as a file's name.
+QString existing(QStandardPaths::StandardLocation location) {
+  const QString folder = QStandardPaths::locate(location, QString(), QStandardPaths::LocateDirectory);
+  return folder.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::HomeLocation) : folder;
+}
+
 QFileDialog* makePanel(QWidget* parent, const QString& objectName, const QString& title, const QString& start) {
   auto* panel = new QFileDialog(parent, title, start);
   panel->setObjectName(objectName);
@@ -69,9 +75,8 @@ void DesktopPrompts::chooseFolder(QWidget* parent, const FolderQuestion& questio
 
 void DesktopPrompts::chooseFiles(QWidget* parent, const FilesQuestion& question,
                                  std::function<void(std::vector<std::filesystem::path>)> answer) {
-  QFileDialog* panel =
-      makePanel(parent ? parent->window() : nullptr, QStringLiteral("filePanel"), question.title,
-                QStandardPaths::locate(QStandardPaths::MusicLocation, QString(), QStandardPaths::LocateDirectory));
+  QFileDialog* panel = makePanel(parent ? parent->window() : nullptr, QStringLiteral("filePanel"), question.title,
+                                 existing(QStandardPaths::MusicLocation));
   panel->setFileMode(QFileDialog::ExistingFiles);
   panel->setNameFilters(question.nameFilters);
   QObject::connect(panel, &QDialog::finished, panel, [panel, answer = std::move(answer)](int result) {

@@ -1,6 +1,7 @@
-// A whole card in memory: loaded, edited, undone, saved, loaded again. An input is a byte that counts the edits, four
-// bytes for each, the same for other steps, and then files: 0x1E, a name below the card's root, a line feed, the bytes.
-// They replace files of the small card or stand beside them; one whose name begins with "-" is taken away.
+// A whole card in memory: loaded, edited, undone, saved whatever fails, loaded again. An input is a byte that counts
+// the edits, four bytes for each, the same for other steps, and then files: 0x1E, a name below the card's root, a line
+// feed, the bytes. They replace files of the small card or stand beside them; one whose name begins with "-" is taken
+// away.
 
 #include <QCoreApplication>
 #include <QStandardPaths>
@@ -9,6 +10,7 @@
 #include <set>
 #include <tuple>
 
+#include "card/SpdDocument.h"
 #include "card/Utf8.h"
 #include "fuzz/Fuzzing.h"
 #include "library/CardPaths.h"
@@ -82,21 +84,28 @@ class Session {
     } catch (const std::exception&) {
       return false;
     }
-    test::writeTree(store_.files, "/home", {{"kick.wav", "1"}, {"a:b?.wav", "2"}});
+    test::writeTree(store_.files, "/home", sources);
     return true;
   }
   bool isUntouched() { return test::readTree(store_.files, TestStore::root) == before_; }
 
-  void undoableEdits() {
+  void undoableEdits(bool isSound) {
     RolandLibrary& library = store_.library;
     const State opened = state();
     while (!edits_.isEmpty())
       store_.turn([&] { edit(edits_); });
     noteDirty();
     const State edited = state();
+    if (isSound) store_.save();
     while (library.undoManager().canUndo())
       library.undoManager().undo();
     require(state() == opened, "undoing all leads back to what was opened");
+    if (isSound) {
+      require(store_.save().empty(), "that can be saved");
+      const Tree after = test::withoutIndexes(store_.card());
+      const Tree before = test::withoutIndexes(before_);
+      require(after == before, "it is saved byte for byte:\n" + test::difference(before, after));
+    }
     while (library.undoManager().canRedo())
       library.undoManager().redo();
     require(state() == edited, "redoing all leads to what was edited");
@@ -108,9 +117,8 @@ class Session {
       store_.turn([&] { anyStep(step); });
       noteDirty();
     }
-    // One by one: what a job adds can be saved by the next.
-    while (store_.jobs.runWork() || store_.jobs.deliver())
-      noteDirty();
+    runJobs();
+    requireNoHalves();
   }
 
   void saveAndReadAgain(bool mustSucceed) {
@@ -124,7 +132,7 @@ class Session {
       return;
     }
     if (mustSucceed) require(!store_.library.hasUnsavedChanges(), "a save leaves nothing unsaved");
-    requireNothingLeftBehind();
+    if (!wasPulled_) requireNothingLeftBehind();
     TestStore again;
     again.mountCard("fat:1234-ABCD", after);
     for (const char* folder : {"KIT", "WAVE", "SYSTEM"})
@@ -137,6 +145,8 @@ class Session {
   }
 
  private:
+  static inline const Tree sources = {{"kick.wav", "1"}, {"Kick.wav", "3"}, {"a:b?.wav", "2"}};
+
   using State = std::tuple<std::vector<SpdNode>, std::vector<SpdNode>, SpdNode>;
 
   State state() const {
@@ -188,7 +198,7 @@ class Session {
   void anyStep(Choices& from) {
     RolandLibrary& to = store_.library;
     const auto dropError = [](const std::exception_ptr&) {};
-    const int kind = from.below(16);
+    const int kind = from.below(18);
     Choices own = from;  // an edit's four
     const int choice = from.byte();
     const Slot kit = slot(choice);
@@ -213,8 +223,35 @@ class Session {
         [&] { store_.jobs.deliver(); },
         [&] { edit(own); },
         [&] { edit(own); },
+        [&] { failingSave(own); },
+        [&] { readAgain(); },
     };
     steps[kind]();
+  }
+
+  /// One by one: what a job adds can be saved by the next.
+  void runJobs() {
+    while (store_.jobs.runWork() || store_.jobs.deliver())
+      noteDirty();
+  }
+  /// One of its file operations fails, or that one and all behind it: the card has been pulled.
+  void failingSave(Choices& from) {
+    runJobs();
+    store_.library.save([](const std::exception_ptr&) {});
+    const bool isPulled = from.below(2) == 0;
+    const auto number = static_cast<std::uint64_t>(from.byte() * 2 + 1);
+    isPulled ? store_.files.failFrom(number) : store_.files.failAt(number);
+    store_.jobs.runAll();
+    store_.files.failNothing();
+    wasPulled_ |= isPulled;
+    requireNoHalves();
+  }
+  void readAgain() {
+    try {
+      store_.library.load("/media/card");
+    } catch (const std::exception&) {
+      // What stays open is edited on.
+    }
   }
 
   void note(const std::optional<Path>& file) {
@@ -247,8 +284,21 @@ class Session {
       const auto there = after.find(file);
       require((there != after.end() && there->second == bytes) || isOurs(file), file + " is as it was");
     }
-    for (const auto& [file, bytes] : after)
-      require(before_.contains(file) || isOurs(file), file + " has been written for a reason");
+    for (const auto& [file, bytes] : after) {
+      const bool isLeft = wasPulled_ && file.find(".tamboro-") != std::string::npos;
+      require(before_.contains(file) || isOurs(file) || isLeft, file + " has been written for a reason");
+    }
+  }
+  /// Whatever was written is whole.
+  void requireNoHalves() const {
+    const auto holds = [](const Tree& tree, const std::string& bytes) {
+      return std::ranges::any_of(tree, [&](const auto& file) { return file.second == bytes; });
+    };
+    for (const auto& [file, bytes] : store_.card()) {
+      if (file.find(".tamboro-") != std::string::npos || holds(before_, bytes) || holds(sources, bytes)) continue;
+      require(file.ends_with(".spd"), file + " is whole");
+      static_cast<void>(SpdDocument::parse(bytes));
+    }
   }
   void requireNothingLeftBehind() const {
     for (const std::string& name : store_.files.list(TestStore::root)) {
@@ -284,6 +334,7 @@ class Session {
   Choices edits_;
   Choices steps_;
   TestStore store_;
+  bool wasPulled_ = false;
   std::set<Path> ours_;
   std::set<Path> deleted_;  // records, under whatever name each was read
 };
@@ -303,12 +354,12 @@ void tryInput(std::span<const std::uint8_t> input) {
   makeApplication();
   Choices choices(input);
   const Choices edits = choices.split(4 * static_cast<std::size_t>(choices.below(8)));
-  const Choices steps = choices.split(4 * static_cast<std::size_t>(choices.below(16)));
+  const Choices steps = choices.split(4 * static_cast<std::size_t>(choices.below(64)));
   Tree card = test::sampleCard();
   const bool isSound = addFiles(choices.rest(), card);
   Session session(card, edits, steps);
   if (!session.open()) return require(session.isUntouched(), "a card that doesn't open stays as it is");
-  session.undoableEdits();
+  session.undoableEdits(isSound);
   session.anySteps();
   session.saveAndReadAgain(isSound);
 }

@@ -21,7 +21,6 @@ namespace tamboro::test {
 struct MemoryVolume {
   std::string serial;
   VolumeSpace space{1U << 30U, 4096};  ///< only told, never used up
-  bool readOnly = false;               ///< every change fails with "Read-only file system"
 };
 
 /// A file tree in memory that answers like a POSIX one and fails where a test says so. Starts with an empty root
@@ -58,8 +57,7 @@ class MemoryFileSystem : public FileSystem {
   void addSpecial(const Path& path) { add(path, FileKind::other); }
   /// A second name of the file in its folder that a listing doesn't tell, such as FAT's short one.
   void addShortName(const Path& file, const std::string& shortName) {
-    const Place place = findExisting(file, false);
-    place.folder->shortNames[shortName] = place.name;
+    disk_->shortNames[shortName] = file.filename().native();
   }
   /// Puts an empty volume in the place of the folder, as when a card is pulled and another one put in: what is rooted
   /// in the old folder still reaches the old one. Makes missing parents.
@@ -83,23 +81,21 @@ class MemoryFileSystem : public FileSystem {
   }
   void read(const Path& file, std::string& content) const override {
     const auto lock = disk_->pass("read", file);
-    const Place place = findExisting(file, true);
-    if (place.node->kind == FileKind::folder) fail(std::errc::is_a_directory, file);
-    if (place.node->kind == FileKind::other) fail(std::errc::operation_not_supported, file);
-    content = place.node->bytes;
+    const auto node = findOpenable(file);
+    if (node->kind == FileKind::folder) fail(std::errc::is_a_directory, file);
+    content = node->bytes;
   }
   std::unique_ptr<OpenFile> open(const Path& path) const override {
     const auto lock = disk_->pass("open", path);
-    const Place place = findExisting(path, true);
-    if (place.node->kind == FileKind::other) fail(std::errc::operation_not_supported, path);
+    auto node = findOpenable(path);
     disk_->note("open", path);
-    return std::make_unique<File>(disk_, place.node, path, false);
+    return std::make_unique<File>(disk_, std::move(node), path);
   }
   std::unique_ptr<OpenFile> create(const Path& file) override {
     const auto lock = disk_->pass("create", file);
     auto node = add(file, FileKind::regular);
     disk_->note("create", file);
-    return std::make_unique<File>(disk_, std::move(node), file, true);
+    return std::make_unique<File>(disk_, std::move(node), file);
   }
   void makeFolder(const Path& folder) override {
     const auto lock = disk_->pass("makeFolder", folder);
@@ -110,16 +106,9 @@ class MemoryFileSystem : public FileSystem {
     const auto lock = disk_->pass("rename", to);
     const Place source = findExisting(from, false);
     const Place target = find(to, false);
-    mayChange(*target.folder, to);
+    if (!target.folder) fail(std::errc::no_such_file_or_directory, to);
     if (source.folder->volume != target.folder->volume) fail(std::errc::cross_device_link, to);
-    const bool isFolder = source.node->kind == FileKind::folder;
-    if (isFolder && source.node->holds(*target.folder)) fail(std::errc::invalid_argument, to);
-    if (target.node) {
-      const bool ontoFolder = target.node->kind == FileKind::folder;
-      if (isFolder && !ontoFolder) fail(std::errc::not_a_directory, to);
-      if (!isFolder && ontoFolder) fail(std::errc::is_a_directory, to);
-      if (!target.node->children.empty()) fail(std::errc::directory_not_empty, to);
-    }
+    if (target.node && target.node->kind == FileKind::folder) fail(std::errc::is_a_directory, to);
     source.folder->children.erase(source.name);
     target.folder->children[target.name] = source.node;
     disk_->note("rename", from.native() + " " + to.native());
@@ -137,17 +126,7 @@ class MemoryFileSystem : public FileSystem {
   }
   Path resolved(const Path& path) const override {
     const auto lock = disk_->pass("resolved", path);
-    Path missing;
-    for (Path stem = path.lexically_normal();; stem = stem.parent_path()) {
-      if (!stem.has_filename() && stem.has_relative_path()) stem = stem.parent_path();
-      try {
-        const Path whole = find(stem.empty() ? Path(".") : stem, true).path / missing;
-        return whole.has_filename() ? whole : whole.parent_path();
-      } catch (const FileError& error) {
-        if (error.code() != std::errc::no_such_file_or_directory) throw;
-      }
-      missing = missing.empty() ? stem.filename() : stem.filename() / missing;
-    }
+    return find(path.lexically_normal(), true).path;
   }
   std::unique_ptr<FileSystem> rooted(const Path& folder) const override {
     const auto lock = disk_->pass("rooted", folder);
@@ -164,16 +143,12 @@ class MemoryFileSystem : public FileSystem {
     std::string bytes = {};
     Path target = {};  ///< of a link; empty for anything else
     std::map<std::string, std::shared_ptr<Node>> children = {};
-    std::map<std::string, std::string> shortNames = {};  ///< to the names of children
-
-    bool holds(const Node& wanted) const {
-      return this == &wanted || std::ranges::any_of(children, [&](auto& child) { return child.second->holds(wanted); });
-    }
   };
 
   struct Disk {
     std::mutex mutex;
     std::shared_ptr<Node> root = std::make_shared<Node>();
+    std::map<std::string, std::string> shortNames;
     std::vector<std::string> operations;
     std::atomic<std::uint64_t> count = 0;
     std::uint64_t first = never;
@@ -196,22 +171,20 @@ class MemoryFileSystem : public FileSystem {
 
   class File : public OpenFile {
    public:
-    File(std::shared_ptr<Disk> disk, std::shared_ptr<Node> node, Path path, bool writable)
-        : disk_(std::move(disk)), node_(std::move(node)), path_(std::move(path)), writable_(writable) {}
+    File(std::shared_ptr<Disk> disk, std::shared_ptr<Node> node, Path path)
+        : disk_(std::move(disk)), node_(std::move(node)), path_(std::move(path)) {}
     ~File() override {
       const std::lock_guard lock(disk_->mutex);
       disk_->note("close", path_);
     }
     std::size_t read(char* buffer, std::size_t capacity) override {
       const auto lock = disk_->pass("fileRead", path_);
-      if (writable_) fail(std::errc::bad_file_descriptor, path_);
       if (node_->kind == FileKind::folder) fail(std::errc::is_a_directory, path_);
       const std::size_t count = node_->bytes.copy(buffer, capacity, std::min(position_, node_->bytes.size()));
       position_ += count;
       return count;
     }
     void write(std::string_view bytes) override {
-      if (!writable_) fail(std::errc::bad_file_descriptor, path_);
       if (disk_->count + 1 == disk_->first) node_->bytes += bytes.substr(0, bytes.size() / 2);
       note("write");
       node_->bytes += bytes;
@@ -232,11 +205,10 @@ class MemoryFileSystem : public FileSystem {
     std::shared_ptr<Disk> disk_;
     std::shared_ptr<Node> node_;
     Path path_;
-    bool writable_;
     std::size_t position_ = 0;
   };
 
-  /// Where a path leads: the folder that holds the last name, and what stands there, if anything.
+  /// Where a path leads: the folder that holds the last name, if there is one, and what stands there, if anything.
   struct Place {
     std::shared_ptr<Node> folder;
     std::string name;
@@ -250,9 +222,6 @@ class MemoryFileSystem : public FileSystem {
   [[noreturn]] static void fail(std::errc error, const Path& path) {
     throw FileError(std::make_error_code(error), path);
   }
-  static void mayChange(const Node& folder, const Path& path) {
-    if (folder.volume->readOnly) fail(std::errc::read_only_file_system, path);
-  }
 
   Place find(const Path& path, bool follow) const {
     if (path.empty() && !isRooted_) fail(std::errc::no_such_file_or_directory, path);
@@ -262,10 +231,9 @@ class MemoryFileSystem : public FileSystem {
       std::string name = std::move(rest.front());
       rest.pop_front();
       const Place here = way.back();
-      if (const auto known = here.node->shortNames.find(name);
-          known != here.node->shortNames.end() && here.node->children.contains(known->second)) {
-        name = known->second;
-      }
+      const auto longName = disk_->shortNames.find(name);
+      if (longName != disk_->shortNames.end() && here.node->children.contains(longName->second))
+        name = longName->second;
       if (name == "/") {
         way.assign(1, {nullptr, {}, disk_->root, "/"});
       } else if (name == "." || name.empty()) {
@@ -277,8 +245,11 @@ class MemoryFileSystem : public FileSystem {
       } else {
         const auto child = here.node->children.find(name);
         if (child == here.node->children.end()) {
-          if (std::ranges::all_of(rest, &std::string::empty)) return {here.node, name, nullptr, here.path / name};
-          fail(std::errc::no_such_file_or_directory, path);
+          const bool isLast = std::ranges::all_of(rest, &std::string::empty);
+          Place missing{isLast ? here.node : nullptr, name, nullptr, here.path / name};
+          for (const std::string& below : rest)
+            if (!below.empty()) missing.path /= below;
+          return missing;
         }
         const Path& target = child->second->target;
         if (!target.empty() && (follow || !rest.empty())) {
@@ -296,6 +267,11 @@ class MemoryFileSystem : public FileSystem {
     if (!place.node) fail(std::errc::no_such_file_or_directory, path);
     return place;
   }
+  std::shared_ptr<Node> findOpenable(const Path& path) const {
+    auto node = findExisting(path, true).node;
+    if (node->kind == FileKind::other) fail(std::errc::operation_not_supported, path);
+    return node;
+  }
   Place findFolder(const Path& path) const {
     Place place = findExisting(path, true);
     if (place.node->kind != FileKind::folder) fail(std::errc::not_a_directory, path);
@@ -308,14 +284,14 @@ class MemoryFileSystem : public FileSystem {
       if (!node) return {};
       return {node->kind, node->bytes.size(), {1, reinterpret_cast<std::uintptr_t>(node.get())}};
     } catch (const FileError& error) {
-      if (error.code() == std::errc::no_such_file_or_directory || error.code() == std::errc::not_a_directory) return {};
-      throw;
+      if (error.code() != std::errc::not_a_directory) throw;
+      return {};
     }
   }
   std::shared_ptr<Node> add(const Path& path, FileKind kind) {
     const Place place = find(path, false);
     if (place.node) fail(std::errc::file_exists, path);
-    mayChange(*place.folder, path);
+    if (!place.folder) fail(std::errc::no_such_file_or_directory, path);
     auto node = std::make_shared<Node>(Node{.kind = kind, .volume = place.folder->volume});
     place.folder->children[place.name] = node;
     return node;
@@ -325,7 +301,6 @@ class MemoryFileSystem : public FileSystem {
     const Place place = findExisting(path, false);
     if (!folder && place.node->kind == FileKind::folder) fail(std::errc::is_a_directory, path);
     if (folder && place.node->kind != FileKind::folder) fail(std::errc::not_a_directory, path);
-    mayChange(*place.folder, path);
     if (!place.node->children.empty()) fail(std::errc::directory_not_empty, path);
     place.folder->children.erase(place.name);
     disk_->note(operation, path);

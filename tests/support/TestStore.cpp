@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "library/LibraryError.h"
 
 namespace tamboro::test {
@@ -77,7 +79,7 @@ Tree sampleCard() {
 TestStore::TestStore() : library({files, defaults, jobs, timers, panel, staging, backup}) {}
 
 void TestStore::mountCard(const std::string& serial, const Tree& card) {
-  files.mount("/media/card", {serial, {1U << 30U, 4096}, false});
+  files.mount("/media/card", {serial});
   writeTree(files, root, card);
 }
 
@@ -87,7 +89,12 @@ void TestStore::open(const Tree& card) {
 }
 
 void TestStore::setReadOnly(bool on) {
-  files.setVolume("/media/card", {"fat:1234-ABCD", {1U << 30U, 4096}, on});
+  if (!on) return files.failNothing();
+  files.failWhere(
+      [](const std::string& operation, const Path& path) {
+        return path.is_relative() && std::set<std::string>{"create", "makeFolder", "removeFile"}.contains(operation);
+      },
+      std::errc::read_only_file_system);
 }
 
 std::string TestStore::ended(const std::function<void(RolandLibrary::Completion)>& start) {

@@ -34,7 +34,7 @@ struct TestStore {
   /// Mounts the card's volume with these files and opens it.
   void open(const Tree& card = sampleCard());
   void mountCard(const std::string& serial, const Tree& card);
-  /// Of the card as `open` mounts it.
+  /// Of the card that is held; what else was to fail doesn't any more.
   void setReadOnly(bool on);
   Tree card() const { return readTree(files, root); }
   /// One turn of the event loop with these edits in it.

@@ -29,14 +29,19 @@ struct Backup : ::testing::Test {
   MemoryFileSystem files;
 };
 
-TEST_F(Backup, ReplacesTheOneBeforeAndTakesAllFoldersThatAreThere) {
+TEST_F(Backup, ReplacesTheOneBeforeButNoCopyBesideItAndTakesAllFoldersThatAreThere) {
+  const Tree kept{{"backup.old/KIT/kit001.spd", "kept"}, {"backup.new/KIT/kit001.spd", "kept"}};
   for (const bool hasWaves : {true, false}) {
     if (!hasWaves) removeTree(files, "/card/WAVE");
     writeTree(files, "/card", {{"KIT/empty.spd", ""}, {"SYSTEM/deep/er/file", std::string(300000, 'x')}});
     // A name that begins like the card's is no overlap.
+    writeTree(files, "/copies", kept);
     writeTree(files, "/card backup", {{"KIT/kit099.spd", "gone since"}, {"notes", "a user's"}});
     backUp(files, "/card backup");
     EXPECT_THAT(readTree(files, "/card backup"), IsTree(copyOf(card())));
+    backUp(files, "/copies/backup");
+    removeTree(files, "/copies/backup");
+    EXPECT_THAT(readTree(files, "/copies"), IsTree(kept));
   }
 }
 
@@ -55,15 +60,6 @@ TEST_F(Backup, FollowsLinksToFilesOnlyAndRemovesNothingBehindAny) {
   EXPECT_THAT(readTree(files, "/backup"), IsTree(expected));
   EXPECT_THAT(card(), IsTree(sampleCard()));
   EXPECT_EQ(readFile(files, "/staging/a"), "a");
-}
-
-TEST_F(Backup, LeavesCopiesThatTheUserKeepsBesideIt) {
-  const Tree kept{{"KIT/kit001.spd", "kept"}};
-  for (const char* place : {"/backup.old", "/backup.new"})
-    writeTree(files, place, kept);
-  backUp(files, "/backup");
-  for (const char* place : {"/backup.old", "/backup.new"})
-    EXPECT_THAT(readTree(files, place), IsTree(kept));
 }
 
 TEST_F(Backup, RefusesPlacesThatOverlapTheCard) {

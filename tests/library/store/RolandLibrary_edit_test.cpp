@@ -8,6 +8,13 @@
 namespace tamboro::test {
 namespace {
 
+struct Edits : ::testing::Test, TestStore {
+  Edits() { open(); }
+};
+using ApplyToAll = Edits;
+using NewKit = Edits;
+using Clipboard = Edits;
+
 using Replacements = std::vector<std::pair<std::string, std::string>>;
 
 /// An edit of the sample card and what it changes in the one file that it touches.
@@ -89,23 +96,22 @@ std::vector<Edit> edits() {
   };
 }
 
-TEST(Edit, ChangesItsPlaceOnTheCardAndNothingElseAndUndoesItAgain) {
+TEST_F(Edits, ChangesItsPlaceOnTheCardAndNothingElseAndUndoesItAgain) {
   for (const auto& [action, file, places, run] : edits()) {
     SCOPED_TRACE(file + ": " + places.front().second);
-    TestStore store;
-    store.open();
-    UndoManager& undo = store.library.undoManager();
+    open();
+    UndoManager& undo = library.undoManager();
     const Tree before = withoutIndexes(sampleCard());
     Tree after = before;
     for (const auto& [from, to] : places)
       after[file] = replaced(after[file], from, to);
     const auto expectSaved = [&](const Tree& expected) {
-      EXPECT_TRUE(store.library.hasUnsavedChanges());
-      EXPECT_EQ(store.save(), "");
-      EXPECT_FALSE(store.library.hasUnsavedChanges());
-      EXPECT_EQ(difference(expected, withoutIndexes(store.card())), "");
+      EXPECT_TRUE(library.hasUnsavedChanges());
+      EXPECT_EQ(save(), "");
+      EXPECT_FALSE(library.hasUnsavedChanges());
+      EXPECT_EQ(difference(expected, withoutIndexes(card())), "");
     };
-    store.turn([&] { run(store.library); });
+    turn([&] { run(library); });
     EXPECT_EQ(undo.undoActionName().toStdString(), action);
     expectSaved(after);
     undo.undo();
@@ -113,9 +119,9 @@ TEST(Edit, ChangesItsPlaceOnTheCardAndNothingElseAndUndoesItAgain) {
     expectSaved(before);
     undo.redo();
     expectSaved(after);
-    store.turn([&] { run(store.library); });
+    turn([&] { run(library); });
     const bool isExchange = places.front().first.starts_with("\r\n\t<PadPrm/>");
-    EXPECT_EQ(store.library.hasUnsavedChanges(), isExchange) << "the same value again is no edit";
+    EXPECT_EQ(library.hasUnsavedChanges(), isExchange) << "the same value again is no edit";
   }
 }
 
@@ -148,24 +154,20 @@ TEST(Edit, WithoutItsRecordChangesAndRegistersNothing) {
   EXPECT_EQ(library.copiedPads(), std::nullopt);
 }
 
-TEST(Edit, ATagsUndoRewritesOnlyItsOwnName) {
-  TestStore store;
-  store.open();
-  store.turn([&] { store.library.setTagName(0, "One"); });
-  ASSERT_EQ(store.save(), "");
-  Tree card = store.card();
-  card["SYSTEM/tag_list.spd"] = replaced(card["SYSTEM/tag_list.spd"], "<Nm3>114<", "<Nm3>112<");  // the instrument
-  store.open(card);
-  store.library.undoManager().undo();
-  EXPECT_EQ(store.library.tagList()->tagName(0), "Kick");
-  EXPECT_EQ(store.library.tagList()->tagName(1), "Snape");
+TEST_F(Edits, ATagsUndoRewritesOnlyItsOwnName) {
+  turn([&] { library.setTagName(0, "One"); });
+  ASSERT_EQ(save(), "");
+  Tree content = card();
+  content["SYSTEM/tag_list.spd"] =
+      replaced(content["SYSTEM/tag_list.spd"], "<Nm3>114<", "<Nm3>112<");  // the instrument
+  open(content);
+  library.undoManager().undo();
+  EXPECT_EQ(library.tagList()->tagName(0), "Kick");
+  EXPECT_EQ(library.tagList()->tagName(1), "Snape");
 }
 
-TEST(ApplyToAll, CopiesTheChosenSettingsInOneStep) {
-  TestStore store;
-  store.open();
-  RolandLibrary& library = store.library;
-  store.turn([&] {
+TEST_F(ApplyToAll, CopiesTheChosenSettingsInOneStep) {
+  turn([&] {
     library.updatePad(1, 4, [](Pad& pad) {
       for (const auto& [leaf, value] : {std::pair{"MuteGrp", 12}, {"Reverse", -2}, {"PadMidiCh", 99}})
         pad.node.setLeaf(leaf, std::int64_t{value});
@@ -176,7 +178,7 @@ TEST(ApplyToAll, CopiesTheChosenSettingsInOneStep) {
     });
   });
   const Kit before = *library.kit(1);
-  store.turn([&] {
+  turn([&] {
     library.applySettingsToAllPads(
         1, 4, {&padSetting("padVolume"), &padSetting("muteGroup"), &padSetting("reverse"), &padSetting("midiChannel")});
   });
@@ -195,10 +197,7 @@ TEST(ApplyToAll, CopiesTheChosenSettingsInOneStep) {
     EXPECT_EQ(pad.node, (pad.index == 2 ? *library.kit(2) : before).pad(pad.index)->node);
 }
 
-TEST(NewKit, TakesTheLowestFreeSlotAndStandsInOrder) {
-  TestStore store;
-  store.open();
-  RolandLibrary& library = store.library;
+TEST_F(NewKit, TakesTheLowestFreeSlotAndStandsInOrder) {
   EXPECT_EQ(library.createKit(1, false), 0);
   EXPECT_EQ(library.createKit(1, true), 3);
   EXPECT_EQ(library.createKit(0, false), 5);
@@ -211,28 +210,25 @@ TEST(NewKit, TakesTheLowestFreeSlotAndStandsInOrder) {
     EXPECT_EQ(pad.level(), 90);
   }
   EXPECT_FALSE(library.undoManager().canUndo());
-  EXPECT_EQ(store.save(), "");
+  EXPECT_EQ(save(), "");
   std::string copy = sampleCard().at("KIT/kit001.spd");
   for (const auto& [from, to] : {std::pair{"<Nm4>0<", "<Nm4>32<"}, {"<Nm5>0<", "<Nm5>67<"}, {"<Nm6>0<", "<Nm6>111<"}})
     copy = replaced(copy, from, to);
   // A new kit has no document of its own: nothing stands behind its root.
-  EXPECT_EQ(store.card().at("KIT/kit000.spd") + "\r\n", replaced(copy, "<Nm7>0<", "<Nm7>112<"));
+  EXPECT_EQ(card().at("KIT/kit000.spd") + "\r\n", replaced(copy, "<Nm7>0<", "<Nm7>112<"));
   while (library.createBlankKit()) {
   }
   EXPECT_EQ(library.kits().size(), 1000U);
 }
 
-TEST(Clipboard, PastesWholePadsOntoThoseThatTheTargetHas) {
-  TestStore store;
-  store.open();
-  RolandLibrary& library = store.library;
+TEST_F(Clipboard, PastesWholePadsOntoThoseThatTheTargetHas) {
   library.copyPads(1);
-  store.turn([&] { library.setPadLevel(1, 0, 1); });  // doesn't reach the clipboard
+  turn([&] { library.setPadLevel(1, 0, 1); });  // doesn't reach the clipboard
   library.pasteCopiedPads(2);
   EXPECT_EQ(library.kit(2)->padCount(), 3);
   EXPECT_EQ(library.kit(2)->pad(0)->wave(), 205);
   EXPECT_EQ(library.kit(2)->pad(0)->level(), 90);
-  ASSERT_EQ(store.save(), "");
+  ASSERT_EQ(save(), "");
   library.pasteCopiedPads(2);
   EXPECT_FALSE(library.hasUnsavedChanges());
   library.pasteCopiedPads(4, std::vector<int>{-1, 1, 40});
@@ -241,14 +237,13 @@ TEST(Clipboard, PastesWholePadsOntoThoseThatTheTargetHas) {
 }
 
 /// A store with an undo step for kit 1, saved, for whose record something else is put afterwards.
-struct Undo : ::testing::Test {
+struct Undo : Edits {
   Undo() {
-    store.open();
-    store.turn([&] { library.setPadLevel(1, 0, 5); });
-    store.turn([&] { library.setTagName(0, "Other"); });
-    store.turn([&] { library.setWaveTag(205, 1); });
-    store.turn([&] { library.setKitLevel(1, 5); });
-    EXPECT_EQ(store.save(), "");
+    turn([&] { library.setPadLevel(1, 0, 5); });
+    turn([&] { library.setTagName(0, "Other"); });
+    turn([&] { library.setWaveTag(205, 1); });
+    turn([&] { library.setKitLevel(1, 5); });
+    EXPECT_EQ(save(), "");
   }
   void undoAll() {
     while (library.undoManager().canUndo())
@@ -259,17 +254,14 @@ struct Undo : ::testing::Test {
     while (library.createKit(2, false) != 1) {
     }
   }
-
-  TestStore store;
-  RolandLibrary& library = store.library;
 };
 
 TEST_F(Undo, BelongsToTheRecordItWasMadeFor) {
   replaceKit();
   library.deleteWave(205);
-  writeFile(store.files, "/home/kick.wav", "new");
+  writeFile(files, "/home/kick.wav", "new");
   while (library.wave(205) == nullptr)
-    ASSERT_EQ(store.import("/home/kick.wav", "Newer"), "");
+    ASSERT_EQ(import("/home/kick.wav", "Newer"), "");
   const std::vector<Kit> kits = library.kits();
   const std::vector<Wave> waves = library.waves();
   undoAll();
@@ -279,14 +271,14 @@ TEST_F(Undo, BelongsToTheRecordItWasMadeFor) {
 }
 
 TEST_F(Undo, FindsNothingOnAnotherCardAndWorksAgainOnItsOwn) {
-  const Tree saved = store.card();
+  const Tree saved = card();
   Tree another = sampleCard();
   another["KIT/kit001.spd"] = replaced(another["KIT/kit001.spd"], "<Level>80<", "<Level>77<");
-  store.mountCard("fat:another", another);
+  mountCard("fat:another", another);
   library.load("/media/card");
   library.undoManager().undo();
   EXPECT_FALSE(library.hasUnsavedChanges());
-  store.open(saved);
+  open(saved);
   undoAll();
   EXPECT_EQ(library.tagList()->tagName(0), "Kick");
   EXPECT_EQ(library.kit(1)->level(), 5);  // that step was used up
@@ -297,7 +289,7 @@ TEST_F(Undo, FindsNothingOnAnotherCardAndWorksAgainOnItsOwn) {
 // not reach the kit that the card has there, but what was edited of that one must.
 TEST_F(Undo, OfADroppedNewKitDoesNotReachTheOldOneInItsSlot) {
   replaceKit();
-  store.turn([&] { library.setKitName(1, "Fresh"); });
+  turn([&] { library.setKitName(1, "Fresh"); });
   library.load("/media/card");
   library.undoManager().undo();
   EXPECT_FALSE(library.hasUnsavedChanges());
@@ -308,8 +300,8 @@ TEST_F(Undo, OfADroppedNewKitDoesNotReachTheOldOneInItsSlot) {
 // Which of two kits a card holds after a cut save isn't known, so an old step may reach neither.
 TEST_F(Undo, FindsNothingOnACardThatACutSaveMayHaveChanged) {
   replaceKit();
-  store.setReadOnly(true);
-  ASSERT_NE(store.save(), "");
+  setReadOnly(true);
+  ASSERT_NE(save(), "");
   library.load("/media/card");
   undoAll();
   EXPECT_EQ(library.kit(1)->level(), 5);

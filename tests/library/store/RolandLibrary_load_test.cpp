@@ -12,6 +12,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
+struct Load : ::testing::Test, TestStore {};
+using Start = Load;
+
 const QString noRoot = QStringLiteral(
     "Couldn't find the KIT/WAVE/SYSTEM folders at the chosen location. Select the SPD-SX volume or the Roland/SPD-SX "
     "folder directly.");
@@ -23,55 +26,53 @@ std::vector<std::int64_t> keysOf(const auto& records, const auto& keyOf) {
   return keys;
 }
 
-TEST(Load, FindsTheRootUpToTwoLevelsBelowTheChosenFolder) {
-  TestStore store;
-  store.mountCard("a", sampleCard());
-  writeTree(store.files, "/copies", {{"2024/gig/KIT/a", ""}, {"2024/gig/WAVE/a", ""}, {"2024/gig/SYSTEM", "a file"}});
-  writeTree(store.files, "/half", {{"KIT/a", ""}, {"WAVE/a", ""}});
-  for (const Path& chosen : {Path("/media/card"), Path("/media/card/Roland"), TestStore::root})
-    EXPECT_EQ(store.library.resolveRoot(chosen), TestStore::root) << chosen;
-  EXPECT_EQ(store.library.resolveRoot("/copies"), Path("/copies/2024/gig"));
+TEST_F(Load, FindsTheRootUpToTwoLevelsBelowTheChosenFolder) {
+  mountCard("a", sampleCard());
+  writeTree(files, "/copies", {{"2024/gig/KIT/a", ""}, {"2024/gig/WAVE/a", ""}, {"2024/gig/SYSTEM", "a file"}});
+  writeTree(files, "/half", {{"KIT/a", ""}, {"WAVE/a", ""}});
+  for (const Path& chosen : {Path("/media/card"), Path("/media/card/Roland"), root})
+    EXPECT_EQ(library.resolveRoot(chosen), root) << chosen;
+  EXPECT_EQ(library.resolveRoot("/copies"), Path("/copies/2024/gig"));
   for (const char* none : {"/media", "/half", "/nowhere"})
-    EXPECT_EQ(store.library.resolveRoot(none), std::nullopt) << none;
+    EXPECT_EQ(library.resolveRoot(none), std::nullopt) << none;
 }
 
 // Two files of one slot: an edit is written under the slot's own name and must not bring the other file's content
 // there.
-TEST(Load, TakesEveryFileWhoseNameFitsTheOneUnderItsOwnNameFirstAndPassesOverTheRest) {
-  TestStore store;
-  Tree card = sampleCard();
+TEST_F(Load, TakesEveryFileWhoseNameFitsTheOneUnderItsOwnNameFirstAndPassesOverTheRest) {
+  Tree content = sampleCard();
   for (const char* name : {"KIT/kit.spd", "KIT/KIT001.spd", "KIT/kit003.SPD", "KIT/kit5 .spd", "WAVE/PRM/01/notes.spd",
                            "WAVE/PRM/Old/01.spd", "WAVE/PRM/03"})
-    card[name] = "not even a document";
-  card["KIT/kit-3.spd"] = card["KIT/kit+1.spd"] = card.at("KIT/kit002.spd");
-  card["KIT/kit1.spd"] = card.at("KIT/kit004.spd");
-  card["WAVE/PRM/7/3.spd"] = card["WAVE/PRM/2/5.spd"] = card.at("WAVE/PRM/02/06.spd");
+    content[name] = "not even a document";
+  content["KIT/kit-3.spd"] = content["KIT/kit+1.spd"] = content.at("KIT/kit002.spd");
+  content["KIT/kit1.spd"] = content.at("KIT/kit004.spd");
+  content["WAVE/PRM/7/3.spd"] = content["WAVE/PRM/2/5.spd"] = content.at("WAVE/PRM/02/06.spd");
   // Enough for a second thread; what it reads can be what another name was read for on the first.
   for (const char* bank : {"019", "10", "11", "12", "13", "14", "15", "16", "17", "18", "19"})
-    card["WAVE/PRM/" + std::string(bank) + "/01.spd"] =
+    content["WAVE/PRM/" + std::string(bank) + "/01.spd"] =
         "<WvPrm><Tag>" + std::to_string(std::string(bank).size()) + "</Tag></WvPrm>";
-  store.open(card);
-  EXPECT_THAT(keysOf(store.library.kits(), &Kit::slot), ElementsAre(-3, 1, 1, 1, 2, 4));
-  EXPECT_THAT(keysOf(store.library.waves(), &Wave::id), ElementsAre(1, 205, 205, 206, 207, 703, 1001, 1101, 1201, 1301,
-                                                                    1401, 1501, 1601, 1701, 1801, 1901, 1901));
-  EXPECT_FALSE(store.library.hasUnsavedChanges());
-  store.library.setKitLevel(1, 81);
-  store.library.setWaveTag(205, 9);
-  EXPECT_EQ(store.save(), "");
-  card["KIT/kit001.spd"] = replaced(card["KIT/kit001.spd"], "<Level>80<", "<Level>81<");
-  card["WAVE/PRM/02/05.spd"] = replaced(card["WAVE/PRM/02/05.spd"], "<Tag>0<", "<Tag>9<");
-  EXPECT_EQ(difference(withoutIndexes(card), withoutIndexes(store.card())), "");
-  EXPECT_EQ(store.library.wave(1901)->tag(), 2);
+  open(content);
+  EXPECT_THAT(keysOf(library.kits(), &Kit::slot), ElementsAre(-3, 1, 1, 1, 2, 4));
+  EXPECT_THAT(keysOf(library.waves(), &Wave::id), ElementsAre(1, 205, 205, 206, 207, 703, 1001, 1101, 1201, 1301, 1401,
+                                                              1501, 1601, 1701, 1801, 1901, 1901));
+  EXPECT_FALSE(library.hasUnsavedChanges());
+  library.setKitLevel(1, 81);
+  library.setWaveTag(205, 9);
+  EXPECT_EQ(save(), "");
+  content["KIT/kit001.spd"] = replaced(content["KIT/kit001.spd"], "<Level>80<", "<Level>81<");
+  content["WAVE/PRM/02/05.spd"] = replaced(content["WAVE/PRM/02/05.spd"], "<Tag>0<", "<Tag>9<");
+  EXPECT_EQ(difference(withoutIndexes(content), withoutIndexes(card())), "");
+  EXPECT_EQ(library.wave(1901)->tag(), 2);
   // What is deleted goes under the name it was read by; of two of one id the first.
   for (const WaveId id : {205, 703})
-    store.library.deleteWave(id);
-  EXPECT_EQ(store.save(), "");
+    library.deleteWave(id);
+  EXPECT_EQ(save(), "");
   for (const char* gone : {"WAVE/PRM/02/05.spd", "WAVE/DATA/02/kick.wav", "WAVE/PRM/7/3.spd"})
-    card.erase(gone);
-  EXPECT_EQ(difference(withoutIndexes(card), withoutIndexes(store.card())), "");
+    content.erase(gone);
+  EXPECT_EQ(difference(withoutIndexes(content), withoutIndexes(card())), "");
 }
 
-TEST(Load, AFailureLeavesTheOpenCardWithItsEditsAndTellsTheReason) {
+TEST_F(Load, AFailureLeavesTheOpenCardWithItsEditsAndTellsTheReason) {
   using namespace std::string_literals;
   const std::string noBackup = " is damaged. The backup folder holds no copy of it.";
   const struct {
@@ -104,7 +105,7 @@ TEST(Load, AFailureLeavesTheOpenCardWithItsEditsAndTellsTheReason) {
   }
 }
 
-TEST(Load, ACardThatCannotBeReadWholeDoesNotOpen) {
+TEST_F(Load, ACardThatCannotBeReadWholeDoesNotOpen) {
   // What stands in a folder that can't be listed must not be taken for free names.
   for (const Path unread : {"KIT", "WAVE/PRM", "WAVE/PRM/02", "SYSTEM/tag_list.spd"}) {
     TestStore store;
@@ -118,52 +119,50 @@ TEST(Load, ACardThatCannotBeReadWholeDoesNotOpen) {
   }
 }
 
-TEST(Load, ChoosingRemembersTheChosenFolderBeforeItIsLoadedAndRestoringPassesOverAMissingOne) {
-  TestStore store;
-  const auto bookmark = [&] { return store.defaults.bytes(RolandLibrary::bookmarkKey); };
-  store.mountCard("a", sampleCard());
-  store.library.restoreFromBookmark();
-  store.panel.prepared = {std::nullopt, Path("/media/card"), Path("/home")};
-  store.library.chooseRoot();
-  EXPECT_FALSE(store.library.isLoaded());
+TEST_F(Load, ChoosingRemembersTheChosenFolderBeforeItIsLoadedAndRestoringPassesOverAMissingOne) {
+  const auto bookmark = [&] { return defaults.bytes(RolandLibrary::bookmarkKey); };
+  mountCard("a", sampleCard());
+  library.restoreFromBookmark();
+  panel.prepared = {std::nullopt, Path("/media/card"), Path("/home")};
+  library.chooseRoot();
+  EXPECT_FALSE(library.isLoaded());
   EXPECT_EQ(bookmark(), std::nullopt);
-  store.library.chooseRoot();
-  EXPECT_TRUE(store.library.isLoaded());
+  library.chooseRoot();
+  EXPECT_TRUE(library.isLoaded());
   EXPECT_EQ(bookmark(), makeBookmark("/media/card"));
-  store.library.chooseRoot();
-  EXPECT_EQ(store.library.lastError(), noRoot);
+  library.chooseRoot();
+  EXPECT_EQ(library.lastError(), noRoot);
   EXPECT_EQ(bookmark(), makeBookmark("/home"));
-  store.library.openDroppedFolder("/media/card");
+  library.openDroppedFolder("/media/card");
   EXPECT_EQ(bookmark(), makeBookmark("/home"));
-  store.library.restoreFromBookmark();
-  EXPECT_EQ(store.library.lastError(), noRoot);
+  library.restoreFromBookmark();
+  EXPECT_EQ(library.lastError(), noRoot);
   for (const char* place : {"/media/card", "/gone"}) {
-    store.defaults.setBytes(RolandLibrary::bookmarkKey, *makeBookmark(place));
-    store.library.restoreFromBookmark();
-    EXPECT_EQ(store.library.lastError(), std::nullopt);
+    defaults.setBytes(RolandLibrary::bookmarkKey, *makeBookmark(place));
+    library.restoreFromBookmark();
+    EXPECT_EQ(library.lastError(), std::nullopt);
   }
 }
 
-TEST(Start, ReadsTheSettingsAndKeepsTheDefaultsOfBadOnes) {
-  TestStore store;
-  EXPECT_EQ(store.timers.periods(), std::vector<double>{30.0});
-  store.defaults.setBoolean(RolandLibrary::autoSaveEnabledKey, false);
-  store.defaults.setReal(RolandLibrary::autoSaveIntervalKey, 61.5);
-  store.defaults.setText(RolandLibrary::backupBeforeSaveKey, QStringLiteral("false"));
-  store.defaults.setIntegers(RolandLibrary::recentKitsKey, {9, 1, 2});
-  HandTimers timers;
-  RolandLibrary library({store.files, store.defaults, store.jobs, timers, store.panel, "/s", "/b"});
-  EXPECT_TRUE(timers.periods().empty() && library.backupBeforeSaveEnabled());
-  library.setAutoSaveEnabled(true);
-  EXPECT_EQ(timers.periods(), std::vector<double>{61.5});
+TEST_F(Start, ReadsTheSettingsAndKeepsTheDefaultsOfBadOnes) {
+  EXPECT_EQ(timers.periods(), std::vector<double>{30.0});
+  defaults.setBoolean(RolandLibrary::autoSaveEnabledKey, false);
+  defaults.setReal(RolandLibrary::autoSaveIntervalKey, 61.5);
+  defaults.setText(RolandLibrary::backupBeforeSaveKey, QStringLiteral("false"));
+  defaults.setIntegers(RolandLibrary::recentKitsKey, {9, 1, 2});
+  HandTimers itsTimers;
+  RolandLibrary restarted({files, defaults, jobs, itsTimers, panel, "/s", "/b"});
+  EXPECT_TRUE(itsTimers.periods().empty() && restarted.backupBeforeSaveEnabled());
+  restarted.setAutoSaveEnabled(true);
+  EXPECT_EQ(itsTimers.periods(), std::vector<double>{61.5});
   for (const auto& [interval, period] : {std::pair(15.0, 15.0), {1e-9, 1.0}, {std::nan(""), 1.0}}) {
-    library.setAutoSaveInterval(interval);
-    EXPECT_EQ(timers.periods(), std::vector<double>{period}) << interval;
+    restarted.setAutoSaveInterval(interval);
+    EXPECT_EQ(itsTimers.periods(), std::vector<double>{period}) << interval;
   }
   for (const int slot : {3, 4, 5, 6, 4})
-    library.recordRecentKit(slot);
-  EXPECT_THAT(library.recentKitSlots(), ElementsAre(4, 6, 5, 3, 9));
-  EXPECT_EQ(store.defaults.integers(RolandLibrary::recentKitsKey), library.recentKitSlots());
+    restarted.recordRecentKit(slot);
+  EXPECT_THAT(restarted.recentKitSlots(), ElementsAre(4, 6, 5, 3, 9));
+  EXPECT_EQ(defaults.integers(RolandLibrary::recentKitsKey), restarted.recentKitSlots());
 }
 
 }  // namespace

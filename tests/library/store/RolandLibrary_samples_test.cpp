@@ -15,16 +15,13 @@ using ::testing::IsEmpty;
 const std::string notLoaded = "No SPD-SX folder has been loaded yet.";
 const std::string noFreeSlot = "No free sample slots on the card (every bank folder is full).";
 
-struct Samples : ::testing::Test {
-  TestStore store;
-  RolandLibrary& library = store.library;
-
+struct Samples : ::testing::Test, TestStore {
   void SetUp() override {
-    writeTree(store.files, "/home", {{"kick.wav", "one"}, {"other/kick.wav", "two"}, {"snare.wav", "three"}});
+    writeTree(files, "/home", {{"kick.wav", "one"}, {"other/kick.wav", "two"}, {"snare.wav", "three"}});
   }
   std::string path(WaveId id) const { return library.wave(id) ? library.wave(id)->relativeAudioPath() : "none"; }
   std::string duplicate(WaveId id) {
-    const std::string text = store.ended([&](auto done) { library.duplicateWave(id, done); });
+    const std::string text = TestStore::ended([&](auto done) { library.duplicateWave(id, done); });
     library.undoManager().endTurn();
     return text;
   }
@@ -36,36 +33,36 @@ struct Samples : ::testing::Test {
   void startSave() {
     library.save([](const std::exception_ptr&) {});
   }
-  Tree staged() const { return readTree(store.files, TestStore::staging); }
+  Tree staged() const { return readTree(files, staging); }
 
   std::vector<std::string> ended;
 };
 
 TEST_F(Samples, AnImportTakesTheFirstGapAndIsNewAndStaged) {
-  EXPECT_EQ(store.import("/home/kick.wav", "Kick"), notLoaded);
-  store.open();
-  ASSERT_EQ(store.import("/home/kick.wav", "Thirteen long", 3), "");
+  EXPECT_EQ(import("/home/kick.wav", "Kick"), notLoaded);
+  open();
+  ASSERT_EQ(import("/home/kick.wav", "Thirteen long", 3), "");
   const Wave& wave = *library.wave(200);
   EXPECT_EQ(wave.name(), "Thirteen lon");
   EXPECT_EQ(wave.tag(), 3);
   EXPECT_TRUE(wave.isDirty && wave.isPending && wave.hasMeasure());
   EXPECT_EQ(staged(), (Tree{{"02/kick_01.wav", "one"}}));  // the card has a kick.wav
-  EXPECT_EQ(library.audioURL(wave), TestStore::staging / path(200));
+  EXPECT_EQ(library.audioURL(wave), staging / path(200));
   EXPECT_FALSE(library.undoManager().canUndo());
   while (library.wave(208) == nullptr)
-    ASSERT_EQ(store.import("/home/snare.wav", "x"), "");
+    ASSERT_EQ(import("/home/snare.wav", "x"), "");
   EXPECT_TRUE(std::ranges::is_sorted(library.waves(), {}, &Wave::id));
 }
 
 TEST_F(Samples, AFullCardRefusesAnImport) {
-  Tree card = sampleCard();
+  Tree content = sampleCard();
   const auto twoDigits = [](int number) { return std::to_string(number / 10) + std::to_string(number % 10); };
   for (int id = 200; id < 10000; ++id)
-    card["WAVE/PRM/" + twoDigits(id / 100) + "/" + twoDigits(id % 100) + ".spd"] = "<WvPrm/>";
-  store.open(card);
-  EXPECT_EQ(store.import("/home/kick.wav", "x"), noFreeSlot);
+    content["WAVE/PRM/" + twoDigits(id / 100) + "/" + twoDigits(id % 100) + ".spd"] = "<WvPrm/>";
+  open(content);
+  EXPECT_EQ(import("/home/kick.wav", "x"), noFreeSlot);
   library.deleteWave(9999);
-  EXPECT_EQ(store.import("/home/kick.wav", "x"), "");
+  EXPECT_EQ(import("/home/kick.wav", "x"), "");
   EXPECT_EQ(path(9999), "99/kick.wav");
   EXPECT_EQ(duplicate(9999), noFreeSlot);
 }
@@ -95,35 +92,35 @@ TEST_F(Samples, AudioNamesAreFreeInTheStoreAndOnTheCardAndFitOnFat) {
       {".WAV", ".WAV_01"},  // a sample without a name is taken to have the first
       {"tom.wav", "tom_100.wav"},
   };
-  Tree card = sampleCard();
-  card["WAVE/DATA/02/Stray.WAV"] = "nobody's";
-  card["WAVE/DATA/02/tom.wav"] = "nobody's";
+  Tree content = sampleCard();
+  content["WAVE/DATA/02/Stray.WAV"] = "nobody's";
+  content["WAVE/DATA/02/tom.wav"] = "nobody's";
   for (int i = 1; i < 100; ++i)
-    card["WAVE/DATA/02/tom_" + std::to_string(i / 10) + std::to_string(i % 10) + ".wav"] = "";
+    content["WAVE/DATA/02/tom_" + std::to_string(i / 10) + std::to_string(i % 10) + ".wav"] = "";
   for (int i = 0; i < 5; ++i)
-    card["WAVE/PRM/02/0" + std::to_string(i) + ".spd"] = "<WvPrm/>";
-  store.open(card);
+    content["WAVE/PRM/02/0" + std::to_string(i) + ".spd"] = "<WvPrm/>";
+  open(content);
   WaveId id = 208;
   for (const auto& [source, stored] : cases) {
-    writeFile(store.files, Path("/names") / source, source);
-    ASSERT_EQ(store.import(Path("/names") / source, "x"), "") << source;
+    writeFile(files, Path("/names") / source, source);
+    ASSERT_EQ(import(Path("/names") / source, "x"), "") << source;
     EXPECT_EQ(path(id++), "02/" + stored);
   }
-  ASSERT_EQ(store.save(), "");
+  ASSERT_EQ(save(), "");
   for (const auto& [source, stored] : cases)
-    EXPECT_EQ(store.card()["WAVE/DATA/02/" + stored], source);
+    EXPECT_EQ(card()["WAVE/DATA/02/" + stored], source);
 }
 
 TEST_F(Samples, ImportsRunOneAfterAnotherAndAFailureHoldsUpNone) {
-  store.open();
-  makeFolders(store.files, "/home/folder.wav");
+  open();
+  makeFolders(files, "/home/folder.wav");
   for (const char* source : {"kick.wav", "gone.wav", "folder.wav", "other/kick.wav"})
     queue(source, Path("/home") / source);
-  EXPECT_EQ(store.jobs.waiting(), 1U);
-  store.jobs.runWork();
+  EXPECT_EQ(jobs.waiting(), 1U);
+  jobs.runWork();
   queue("late", "/home/snare.wav");
-  EXPECT_EQ(store.jobs.waiting(), 0U);
-  store.jobs.runAll();
+  EXPECT_EQ(jobs.waiting(), 0U);
+  jobs.runAll();
   EXPECT_THAT(ended,
               ElementsAre("kick.wav", HasSubstr("No such file"), HasSubstr("directory"), "other/kick.wav", "late"));
   EXPECT_EQ(staged(), (Tree{{"02/kick_01.wav", "one"}, {"02/kick_02.wav", "two"}, {"02/snare_01.wav", "three"}}));
@@ -131,15 +128,15 @@ TEST_F(Samples, ImportsRunOneAfterAnotherAndAFailureHoldsUpNone) {
 
 TEST_F(Samples, ImportsAskedForOnACardThatWasReplacedEndWithoutATrace) {
   for (const bool afterTheCopy : {false, true}) {
-    store.open();
+    open();
     ended.clear();
     queue("first", "/home/kick.wav");
     queue("second", "/home/snare.wav");
     library.duplicateWave(205, tell("copy"));
-    if (afterTheCopy) store.jobs.runWork();
+    if (afterTheCopy) jobs.runWork();
     library.load("/media/card");
     queue("new", "/home/snare.wav");
-    store.jobs.runAll();
+    jobs.runAll();
     EXPECT_THAT(ended, ElementsAre("first" + notLoaded, "second" + notLoaded, "copy" + notLoaded, "new"));
     EXPECT_EQ(staged(), (Tree{{"02/snare_01.wav", "three"}}));
     EXPECT_EQ(library.waves().size(), 5U);
@@ -148,8 +145,8 @@ TEST_F(Samples, ImportsAskedForOnACardThatWasReplacedEndWithoutATrace) {
 }
 
 TEST_F(Samples, ACopyHasTheSettingsAndOneUndoTakesThemBack) {
-  store.open();
-  store.turn([&] {
+  open();
+  turn([&] {
     library.setWaveBeat(205, 7);
     library.setWaveStart(205, 8);
     library.setWaveEnd(205, 9);
@@ -169,29 +166,29 @@ TEST_F(Samples, ACopyHasTheSettingsAndOneUndoTakesThemBack) {
   ASSERT_EQ(duplicate(200), "");  // of one that is still staged
   ASSERT_EQ(duplicate(206), "");  // of one without a Path: its name tells the audio
   EXPECT_EQ(path(202), "02/Snare_01.wav");
-  ASSERT_EQ(store.save(), "");
-  EXPECT_EQ(store.card()["WAVE/DATA/02/kick_01.wav"], "kick audio");
-  EXPECT_EQ(store.card()["WAVE/DATA/02/kick_01_01.wav"], "kick audio");
+  ASSERT_EQ(save(), "");
+  EXPECT_EQ(card()["WAVE/DATA/02/kick_01.wav"], "kick audio");
+  EXPECT_EQ(card()["WAVE/DATA/02/kick_01_01.wav"], "kick audio");
 }
 
 TEST_F(Samples, ACopyKeepsItsSourceThroughADeletionAndAReusedName) {
-  store.open();
-  ASSERT_EQ(store.import("/home/snare.wav", "Snare"), "");
+  open();
+  ASSERT_EQ(import("/home/snare.wav", "Snare"), "");
   queue("first", "/home/kick.wav");
   library.duplicateWave(200, tell("copy"));
   library.deleteWave(200);
-  store.jobs.runAll();
+  jobs.runAll();
   EXPECT_THAT(ended, ElementsAre("first", "copy"));
-  ASSERT_EQ(store.save(), "");
-  EXPECT_EQ(store.card()["WAVE/DATA/" + path(200)], "three");
+  ASSERT_EQ(save(), "");
+  EXPECT_EQ(card()["WAVE/DATA/" + path(200)], "three");
 }
 
 TEST_F(Samples, ADeletedImportLeavesNoTraceAndFreesItsId) {
-  store.open();
+  open();
   for (int i = 0; i < 2; ++i)
-    ASSERT_EQ(store.import("/home/kick.wav", "New"), "");
+    ASSERT_EQ(import("/home/kick.wav", "New"), "");
   library.deleteWave(200);
-  ASSERT_EQ(store.import("/home/snare.wav", "New"), "");
+  ASSERT_EQ(import("/home/snare.wav", "New"), "");
   EXPECT_EQ(path(200), "02/snare_01.wav");
   for (const WaveId id : {200, 201})
     library.deleteWave(id);
@@ -200,7 +197,7 @@ TEST_F(Samples, ADeletedImportLeavesNoTraceAndFreesItsId) {
 }
 
 TEST_F(Samples, UsagesStandInTheOrderOfKitsAndPadsAndTellSubSounds) {
-  store.open();
+  open();
   library.updatePad(1, 1, [](Pad& pad) { pad.node.setLeaf("SubWv", 206); });
   std::string usages;
   for (const WaveUsage& use : library.waveUsages(206))
@@ -216,48 +213,48 @@ TEST_F(Samples, AnIdReusedDuringASaveBelongsToTheNewSample) {
       for (const bool isReused : {false, true}) {
         SCOPED_TRACE(std::string(fails ? "fails" : "passes") + (afterTheWriting ? ", late" : ", early") +
                      (isReused ? ", reused" : ""));
-        store.open();
-        ASSERT_EQ(store.import("/home/snare.wav", "Old"), "");
-        store.setReadOnly(fails);
+        open();
+        ASSERT_EQ(import("/home/snare.wav", "Old"), "");
+        setReadOnly(fails);
         std::string first = "the save has not ended";
         library.save([&](const std::exception_ptr& error) { first = textOf(error); });
-        if (afterTheWriting) store.jobs.runWork();
+        if (afterTheWriting) jobs.runWork();
         library.deleteWave(200);
-        writeFile(store.files, "/again/snare.wav", "new");
+        writeFile(files, "/again/snare.wav", "new");
         if (isReused) queue("new", "/again/snare.wav");
-        store.jobs.runAll();
+        jobs.runAll();
         EXPECT_EQ(first.empty(), !fails) << "what it reads is kept for it: " << first;
-        store.setReadOnly(false);
+        setReadOnly(false);
         EXPECT_EQ(library.pendingDeletions().count(200), 1U);
         const std::string audio = path(200);
-        ASSERT_EQ(store.save(), "");
-        Tree card = store.card();
+        ASSERT_EQ(save(), "");
+        Tree content = card();
         if (isReused) {
-          EXPECT_EQ(card["WAVE/DATA/" + audio], "new");
-          EXPECT_THAT(card["WAVE/PRM/02/00.spd"], HasSubstr("<Path>" + audio + "<"));
-          card.erase("WAVE/DATA/" + audio);
-          card.erase("WAVE/PRM/02/00.spd");
+          EXPECT_EQ(content["WAVE/DATA/" + audio], "new");
+          EXPECT_THAT(content["WAVE/PRM/02/00.spd"], HasSubstr("<Path>" + audio + "<"));
+          content.erase("WAVE/DATA/" + audio);
+          content.erase("WAVE/PRM/02/00.spd");
         }
-        EXPECT_EQ(difference(withoutIndexes(sampleCard()), withoutIndexes(card)), "");
+        EXPECT_EQ(difference(withoutIndexes(sampleCard()), withoutIndexes(content)), "");
       }
     }
   }
 }
 
 TEST_F(Samples, ASampleEditedDuringASaveIsPendingNoMoreAndAnImportWaitsForTheNextOne) {
-  store.open();
-  ASSERT_EQ(store.import("/home/kick.wav", "First"), "");
+  open();
+  ASSERT_EQ(import("/home/kick.wav", "First"), "");
   startSave();
   queue("second", "/home/kick.wav");
-  store.turn([&] { library.setWaveName(200, "Newer"); });
-  store.jobs.runAll();
+  turn([&] { library.setWaveName(200, "Newer"); });
+  jobs.runAll();
   EXPECT_TRUE(library.wave(200)->isDirty && !library.wave(200)->isPending);
-  EXPECT_EQ(library.audioURL(*library.wave(200)), TestStore::root / "WAVE/DATA/02/kick_01.wav");
+  EXPECT_EQ(library.audioURL(*library.wave(200)), root / "WAVE/DATA/02/kick_01.wav");
   EXPECT_TRUE(library.wave(201)->isPending);
-  EXPECT_FALSE(store.card().contains("WAVE/PRM/02/01.spd"));
+  EXPECT_FALSE(card().contains("WAVE/PRM/02/01.spd"));
   library.undoManager().undo();  // its snapshot was pending
   EXPECT_FALSE(library.wave(200)->isPending);
-  ASSERT_EQ(store.save(), "");
+  ASSERT_EQ(save(), "");
   library.load("/media/card");
   EXPECT_EQ(library.wave(200)->name(), "First");
 }
@@ -265,25 +262,25 @@ TEST_F(Samples, ASampleEditedDuringASaveIsPendingNoMoreAndAnImportWaitsForTheNex
 // The first failed save may have removed the old sample's files or not: both deletions of the id must stay known.
 TEST_F(Samples, TwoDeletionsOfOneIdTakeAwayBothAudioFiles) {
   for (const bool duringTheSave : {false, true}) {
-    store.open();
+    open();
     library.deleteWave(205);
     while (library.wave(205) == nullptr)
-      ASSERT_EQ(store.import("/home/kick.wav", "x"), "");
-    store.setReadOnly(true);
+      ASSERT_EQ(import("/home/kick.wav", "x"), "");
+    setReadOnly(true);
     startSave();
     if (duringTheSave) library.deleteWave(205);
-    store.jobs.runAll();
+    jobs.runAll();
     library.deleteWave(205);
-    store.setReadOnly(false);
-    ASSERT_EQ(store.save(), "");
+    setReadOnly(false);
+    ASSERT_EQ(save(), "");
     EXPECT_FALSE(library.hasUnsavedChanges());
-    EXPECT_FALSE(store.card().contains("WAVE/DATA/02/kick.wav"));
+    EXPECT_FALSE(card().contains("WAVE/DATA/02/kick.wav"));
   }
 }
 
 // What a save wrote for a record that is gone says nothing about the one that has its key now.
 TEST_F(Samples, AKitMadeAgainDuringASaveIsANewOne) {
-  store.open();
+  open();
   ASSERT_EQ(library.createKit(1, false), 0);
   library.setKitLevel(1, 1);
   startSave();
@@ -291,10 +288,10 @@ TEST_F(Samples, AKitMadeAgainDuringASaveIsANewOne) {
     library.deleteKit(slot);
   for (const Slot slot : {0, 1})
     ASSERT_EQ(library.createKit(2, false), slot);
-  store.jobs.runAll();
+  jobs.runAll();
   EXPECT_TRUE(library.kit(0)->isDirty);
-  ASSERT_EQ(store.save(), "");
-  EXPECT_TRUE(store.card().at("KIT/kit001.spd").ends_with("</KitPrm>"));  // and not with the old file's line end
+  ASSERT_EQ(save(), "");
+  EXPECT_TRUE(card().at("KIT/kit001.spd").ends_with("</KitPrm>"));  // and not with the old file's line end
 }
 
 }  // namespace

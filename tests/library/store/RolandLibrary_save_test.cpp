@@ -15,6 +15,10 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
+struct Save : ::testing::Test, TestStore {
+  Save() { open(); }
+};
+
 const std::string kit1 = "KIT/kit001.spd";
 
 void change(Tree& card, const std::string& file, const std::string& from, const std::string& to) {
@@ -92,7 +96,7 @@ void expectWhole(const Tree& card, const Tree& before, const Tree& after) {
     EXPECT_TRUE(!isAs(after, order[i]) || isAs(after, order[i - 1])) << order[i];
 }
 
-TEST(Save, KeepsEveryFileAndFlagWhicheverOfItsFileOperationsFails) {
+TEST_F(Save, KeepsEveryFileAndFlagWhicheverOfItsFileOperationsFails) {
   BusyStore undisturbed;
   ASSERT_EQ(undisturbed.save(), "");
   EXPECT_EQ(difference(withoutIndexes(undisturbed.after), withoutIndexes(undisturbed.card())), "");
@@ -125,7 +129,7 @@ TEST(Save, KeepsEveryFileAndFlagWhicheverOfItsFileOperationsFails) {
 }
 
 // At every operation of a save the card is pulled and another one mounted at its place.
-TEST(Save, StaysWithTheCardItBeganWith) {
+TEST_F(Save, StaysWithTheCardItBeganWith) {
   BusyStore undisturbed;
   undisturbed.files.failNothing();
   undisturbed.save();
@@ -143,37 +147,33 @@ TEST(Save, StaysWithTheCardItBeganWith) {
   }
 }
 
-TEST(Save, OnTheRealFileSystem) {
+TEST_F(Save, OnTheRealFileSystem) {
   const TemporaryFolder folder;
-  const std::unique_ptr<FileSystem> files = makeRealFileSystem();
-  TestStore services;
-  RolandLibrary library({*files, services.defaults, services.jobs, services.timers, services.panel, folder / "staging",
-                         folder / "documents/backup"});
+  const std::unique_ptr<FileSystem> disk = makeRealFileSystem();
+  RolandLibrary real({*disk, defaults, jobs, timers, panel, folder / "staging", folder / "documents/backup"});
   Tree card = sampleCard();
   // Paths that no volume can hold are no reason not to save.
   const std::string tooLong(300, 'x');
   card["WAVE/PRM/02/08.spd"] = "<WvPrm><Path>" + tooLong + "</Path></WvPrm>";
   card["WAVE/PRM/02/09.spd"] = "<WvPrm><Path>" + tooLong + "/" + tooLong + "</Path></WvPrm>";
-  writeTree(*files, folder / "card", card);
-  library.load(folder / "card");
-  library.setKitLevel(1, 3);
-  library.deleteWave(207);
-  library.deleteWave(208);
-  EXPECT_EQ(
-      services.ended([&](auto done) { library.importWave(folder / "card/WAVE/DATA/02/kick.wav", "New", 1, done); }),
-      "");
-  EXPECT_EQ(services.ended([&](auto done) { library.save(done); }), "");
-  EXPECT_FALSE(library.hasUnsavedChanges());
+  writeTree(*disk, folder / "card", card);
+  real.load(folder / "card");
+  real.setKitLevel(1, 3);
+  real.deleteWave(207);
+  real.deleteWave(208);
+  EXPECT_EQ(ended([&](auto done) { real.importWave(folder / "card/WAVE/DATA/02/kick.wav", "New", 1, done); }), "");
+  EXPECT_EQ(ended([&](auto done) { real.save(done); }), "");
+  EXPECT_FALSE(real.hasUnsavedChanges());
   change(card, kit1, "<Level>80<", "<Level>3<");
   card["WAVE/PRM/02/00.spd"] = newSample("New", 1, "02/kick_01.wav");
   card["WAVE/DATA/02/kick_01.wav"] = "kick audio";
   for (const char* gone : {"WAVE/PRM/02/07.spd", "WAVE/DATA/02/tom low.wav", "WAVE/PRM/02/08.spd"})
     card.erase(gone);
-  EXPECT_EQ(difference(withoutIndexes(card), withoutIndexes(readTree(*files, folder / "card"))), "");
-  EXPECT_EQ(readTree(*files, folder / "documents/backup").at(kit1), sampleCard().at(kit1));
+  EXPECT_EQ(difference(withoutIndexes(card), withoutIndexes(readTree(*disk, folder / "card"))), "");
+  EXPECT_EQ(readTree(*disk, folder / "documents/backup").at(kit1), sampleCard().at(kit1));
 }
 
-TEST(Save, WithoutACardOrWithNothingToWrite) {
+TEST_F(Save, WithoutACardOrWithNothingToWrite) {
   TestStore store;
   EXPECT_EQ(store.save(), "No SPD-SX folder has been loaded yet.");
   store.open();
@@ -186,22 +186,20 @@ TEST(Save, WithoutACardOrWithNothingToWrite) {
             "<Wv>206</Wv>\n\t</WvList>\n</WvListSortbyNum_Tag>\n");
 }
 
-TEST(Save, BacksUpWhatTheCardHeldBefore) {
-  TestStore store;
-  store.open();
+TEST_F(Save, BacksUpWhatTheCardHeldBefore) {
   for (const auto& [destination, isOn] :
-       {std::pair{TestStore::backup, true},
-        {TestStore::backup, false},
+       {std::pair{backup, true},
+        {backup, false},
         {Path("/media/card"), true}}) {  // holds the card: refused, and the save goes on
-    store.library.setBackupBeforeSaveEnabled(isOn);
-    store.library.setBackupDestinationOverride(destination);
-    store.library.setKitLevel(1, static_cast<double>(store.library.kit(1)->level() - 1));
-    EXPECT_EQ(store.save(), "");
-    EXPECT_EQ(readTree(store.files, TestStore::backup).at(kit1), sampleCard().at(kit1));
+    library.setBackupBeforeSaveEnabled(isOn);
+    library.setBackupDestinationOverride(destination);
+    library.setKitLevel(1, static_cast<double>(library.kit(1)->level() - 1));
+    EXPECT_EQ(save(), "");
+    EXPECT_EQ(readTree(files, backup).at(kit1), sampleCard().at(kit1));
   }
 }
 
-TEST(Save, KeepsAudioThatAnySampleNames) {
+TEST_F(Save, KeepsAudioThatAnySampleNames) {
   const struct {
     const char* deleted;
     const char* kept;
@@ -211,35 +209,32 @@ TEST(Save, KeepsAudioThatAnySampleNames) {
                {"02/a.wav", "03/a.wav", false},        {"02/a\xCC\x88.wav", "02/\xC3\xA4.wav", true},
                {"../../KIT/kit001.spd", "", true}};
   for (const auto& [deleted, kept, isKept] : cases) {
-    TestStore store;
     const std::string audio = Path("WAVE/DATA/" + std::string(deleted)).lexically_normal();
-    Tree card = sampleCard();
-    card.emplace(audio, "audio");
-    card["WAVE/PRM/02/08.spd"] = "<WvPrm><Path>" + std::string(deleted) + "</Path></WvPrm>";
-    card["WAVE/PRM/02/09.spd"] = "<WvPrm><Path>" + std::string(kept) + "</Path></WvPrm>";
-    store.open(card);
-    store.library.deleteWave(208);
-    EXPECT_EQ(store.save(), "");
-    EXPECT_EQ(store.card().contains(audio), isKept) << deleted << " and " << kept;
+    Tree content = sampleCard();
+    content.emplace(audio, "audio");
+    content["WAVE/PRM/02/08.spd"] = "<WvPrm><Path>" + std::string(deleted) + "</Path></WvPrm>";
+    content["WAVE/PRM/02/09.spd"] = "<WvPrm><Path>" + std::string(kept) + "</Path></WvPrm>";
+    open(content);
+    library.deleteWave(208);
+    EXPECT_EQ(save(), "");
+    EXPECT_EQ(card().contains(audio), isKept) << deleted << " and " << kept;
   }
 }
 
 // A cut save of thousands leaves whole samples: audio of one group, then its parameters, then the next group.
-TEST(Save, PutsSamplesInPlaceInGroups) {
-  TestStore store;
-  store.open();
-  writeFile(store.files, "/home/new.wav", "new");
+TEST_F(Save, PutsSamplesInPlaceInGroups) {
+  writeFile(files, "/home/new.wav", "new");
   for (int i = 0; i < 250; ++i)
-    ASSERT_EQ(store.import("/home/new.wav", "New"), "");
-  store.files.clearOperations();
-  EXPECT_EQ(store.save(), "");
+    ASSERT_EQ(import("/home/new.wav", "New"), "");
+  files.clearOperations();
+  EXPECT_EQ(save(), "");
   std::string kinds;
-  for (const std::string& step : store.files.operations())
+  for (const std::string& step : files.operations())
     if (step.starts_with("rename .tamboro") && Path(step).has_extension()) kinds += step.back();
   EXPECT_EQ(kinds, std::string(200, 'v') + std::string(200, 'd') + std::string(50, 'v') + std::string(53, 'd'));
 }
 
-TEST(Save, AnotherCardAtTheSamePlaceIsNotTouched) {
+TEST_F(Save, AnotherCardAtTheSamePlaceIsNotTouched) {
   BusyStore store;
   store.mountCard("fat:FFFF-0000", sampleCard());
   EXPECT_THAT(store.save(), HasSubstr("Another card is in the place"));
@@ -263,7 +258,7 @@ struct Meanwhile {
   std::function<void(RolandLibrary&)> happens;
 };
 
-TEST(Save, EditsMeanwhileStayUnsavedAndTheNextSaveWritesThem) {
+TEST_F(Save, EditsMeanwhileStayUnsavedAndTheNextSaveWritesThem) {
   const auto undo = [](RolandLibrary& s) { s.undoManager().undo(); };
   const Meanwhile cases[] = {
       Meanwhile(false, "3", {}, [](auto&) {}),
@@ -301,60 +296,55 @@ TEST(Save, EditsMeanwhileStayUnsavedAndTheNextSaveWritesThem) {
   }
 }
 
-TEST(Save, ASecondCallWaitsAndThenSavesOnlyWhatIsStillUnsaved) {
-  TestStore store;
-  store.open();
+TEST_F(Save, ASecondCallWaitsAndThenSavesOnlyWhatIsStillUnsaved) {
   std::vector<std::string> ended;
-  const auto call = [&](const char* name) {
-    store.library.save([&ended, name](const auto&) { ended.push_back(name); });
-  };
-  store.library.setKitLevel(1, 3);
+  const auto call = [&](const char* name) { library.save([&ended, name](const auto&) { ended.push_back(name); }); };
+  library.setKitLevel(1, 3);
   for (const char* name : {"first", "second", "third"})
     call(name);
-  store.jobs.runWork();
-  store.jobs.deliver();
+  jobs.runWork();
+  jobs.deliver();
   // Nothing was left: no further job, and the backup still shows the card before the change.
   EXPECT_THAT(ended, ElementsAre("first", "second", "third"));
-  EXPECT_EQ(store.jobs.waiting(), 0U);
+  EXPECT_EQ(jobs.waiting(), 0U);
 
-  store.library.setKitLevel(1, 4);
+  library.setKitLevel(1, 4);
   call("first");
-  store.library.setKitLevel(1, 5);
+  library.setKitLevel(1, 5);
   call("second");
-  store.jobs.runWork();
-  store.jobs.deliver();
+  jobs.runWork();
+  jobs.deliver();
   EXPECT_EQ(ended.size(), 4U);
-  EXPECT_TRUE(store.library.isExporting());
-  store.timers.tick();  // an autosave during a save does nothing
-  EXPECT_EQ(store.jobs.waiting(), 1U);
-  store.jobs.runAll();
+  EXPECT_TRUE(library.isExporting());
+  timers.tick();  // an autosave during a save does nothing
+  EXPECT_EQ(jobs.waiting(), 1U);
+  jobs.runAll();
   EXPECT_EQ(ended.back(), "second");
-  EXPECT_THAT(store.card().at(kit1), HasSubstr("<Level>5<"));
+  EXPECT_THAT(card().at(kit1), HasSubstr("<Level>5<"));
 }
 
-TEST(Save, OpeningACardWaitsForTheSavesThatWereAskedFor) {
+TEST_F(Save, OpeningACardWaitsForTheSavesThatWereAskedFor) {
   for (const char* opened : {"/media/card", "/copy"}) {
-    TestStore store;
-    store.open();
-    writeTree(store.files, "/copy", sampleCard());
-    store.library.setKitLevel(1, 3);
-    store.library.save([](const std::exception_ptr&) {});
-    store.library.setKitLevel(1, 4);
-    store.library.save([](const std::exception_ptr&) {});
-    store.library.setSelectedKitSlot(2);
-    store.library.copyPads(1);
-    store.library.importWave("/home/late.wav", "Late", 0, [](const std::exception_ptr&) {});
-    store.library.load(opened);
-    EXPECT_EQ(store.jobs.waiting(), 1U) << "an import can come from a disk that answers late";
-    EXPECT_EQ(store.library.selectedWave()->id(), 206);
-    EXPECT_EQ(store.library.copiedPads()->size(), 15U);
-    EXPECT_THAT(store.card().at(kit1), HasSubstr("<Level>4<"));
-    EXPECT_EQ(store.library.kit(1)->level(), opened == std::string("/copy") ? 80 : 4);
-    EXPECT_FALSE(store.library.hasUnsavedChanges());
+    open();
+    writeTree(files, "/copy", sampleCard());
+    library.setKitLevel(1, 3);
+    library.save([](const std::exception_ptr&) {});
+    library.setKitLevel(1, 4);
+    library.save([](const std::exception_ptr&) {});
+    library.setSelectedKitSlot(2);
+    library.copyPads(1);
+    library.importWave("/home/late.wav", "Late", 0, [](const std::exception_ptr&) {});
+    library.load(opened);
+    EXPECT_EQ(jobs.waiting(), 1U) << "an import can come from a disk that answers late";
+    EXPECT_EQ(library.selectedWave()->id(), 206);
+    EXPECT_EQ(library.copiedPads()->size(), 15U);
+    EXPECT_THAT(card().at(kit1), HasSubstr("<Level>4<"));
+    EXPECT_EQ(library.kit(1)->level(), opened == std::string("/copy") ? 80 : 4);
+    EXPECT_FALSE(library.hasUnsavedChanges());
   }
 }
 
-TEST(AutoSave, TicksSaveOnlyWhatIsUnsavedAndDropFailures) {
+TEST_F(Save, AutosavesWriteOnlyWhatIsUnsavedAndDropFailures) {
   TestStore store;
   store.timers.tick();
   store.open();
