@@ -16,6 +16,7 @@
 #include "platform/EventTurns.h"
 #include "platform/RealFileSystem.h"
 #include "platform/ThreadJobs.h"
+#include "views/controls/BringToFront.h"
 #include "views/help/GuideWindow.h"
 #include "views/look/Look.h"
 #include "views/look/LookStyle.h"
@@ -58,7 +59,7 @@ Application::Application()
   // The end of the session: it goes on when this returns.
   connect(qApp, &QApplication::commitDataRequest, this, &Application::finish, Qt::DirectConnection);
   connect(&scheme_, &ColourScheme::changed, this, &Application::followScheme);
-  followScheme();
+  if (scheme_.wish() != ColourScheme::Wish::unknown) followScheme();  // else it is the system's look already
   qApp->installEventFilter(this);
 }
 
@@ -120,7 +121,7 @@ void Application::showPreferences() {
   if (!settings_)
     settings_ =
         new SettingsWindow(new PreferencesView(*library_, *files_, *jobs_, fileViewer_, prompts_), window_.get());
-  settings_->bringToFront();
+  bringToFront(*settings_);
 }
 
 void Application::showGuide() {
@@ -129,7 +130,7 @@ void Application::showGuide() {
     const bool isOpen = file.open(QIODevice::ReadOnly);
     guide_ = new GuideWindow(isOpen ? QString::fromUtf8(file.readAll()) : QString(), window_.get());
   }
-  guide_->bringToFront();
+  bringToFront(*guide_);
 }
 
 bool Application::eventFilter(QObject* watched, QEvent* event) {

@@ -35,11 +35,4 @@ bool SettingsWindow::eventFilter(QObject* watched, QEvent* event) {
   return true;
 }
 
-void SettingsWindow::bringToFront() {
-  setWindowState(windowState() & ~Qt::WindowMinimized);
-  show();
-  raise();
-  activateWindow();
-}
-
 }  // namespace tamboro

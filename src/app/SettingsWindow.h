@@ -12,9 +12,6 @@ class SettingsWindow : public QDialog {
  public:
   SettingsWindow(QWidget* content, QWidget* mainWindow);
 
-  /// Opens it, or brings it to the front where it is open.
-  void bringToFront();
-
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;

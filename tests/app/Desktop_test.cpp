@@ -10,6 +10,7 @@
 #include "app/CardFolderPanel.h"
 #include "app/DesktopFileViewer.h"
 #include "app/SettingsWindow.h"
+#include "views/controls/BringToFront.h"
 
 namespace tamboro {
 namespace {
@@ -35,15 +36,15 @@ TEST(SettingsWindow, GoesByItsKeysAndKeepsNoProgramOpen) {
   picker->addItem(QStringLiteral("30 seconds"));
   SettingsWindow settings(picker, &main);
   main.show();
-  settings.bringToFront();
+  bringToFront(settings);
   EXPECT_TRUE(QTest::qWaitForWindowActive(&settings));
   QTest::keyClick(&settings, Qt::Key_Escape);
   EXPECT_FALSE(settings.isVisible());
-  settings.bringToFront();
+  bringToFront(settings);
   picker->showPopup();
   QTest::keyClick(picker->view(), Qt::Key_W, Qt::ControlModifier);
   EXPECT_FALSE(settings.isVisible()) << "also while a list is open";
-  settings.bringToFront();
+  bringToFront(settings);
   QMetaObject::invokeMethod(&main, &QWidget::close, Qt::QueuedConnection);
   QTimer::singleShot(std::chrono::seconds(20), &main, [] { QApplication::exit(1); });
   EXPECT_EQ(QApplication::exec(), 0) << "the main window is the program's last";

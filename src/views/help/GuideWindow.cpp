@@ -36,11 +36,4 @@ GuideWindow::GuideWindow(const QString& markdown, QWidget* mainWindow) : QDialog
   resize(QSize(Look::px(firstWidth), Look::px(firstHeight)).boundedTo(mainWindow ? mainWindow->size() : size()));
 }
 
-void GuideWindow::bringToFront() {
-  setWindowState(windowState() & ~Qt::WindowMinimized);
-  show();
-  raise();
-  activateWindow();
-}
-
 }  // namespace tamboro

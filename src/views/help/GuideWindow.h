@@ -12,9 +12,6 @@ class GuideWindow : public QDialog {
  public:
   /// The text is Markdown.
   GuideWindow(const QString& markdown, QWidget* mainWindow);
-
-  /// Opens it, or brings it to the front where it is open.
-  void bringToFront();
 };
 
 }  // namespace tamboro
